@@ -1,0 +1,29 @@
+#pragma once
+
+// The command line's text forms: UTF-8 at the terminal, YYYY-MM-DD dates,
+// HH:MM times, decimals with a point.
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "platform/win_types.h"
+
+namespace qb {
+
+std::string u8(std::u16string_view text);
+std::u16string u16(std::string_view text);
+
+bool parseDateArg(std::string_view text, SYSTEMTIME* out);
+bool parseTimeArg(std::string_view text, SYSTEMTIME* out);
+bool parseUnsignedArg(std::string_view text, std::uint32_t* out);
+
+// "YYYY-MM-DD", and "YYYY-MM-DDTHH:MM:SS.mmm" of a stored date.
+std::string isoDate(FILETIME date);
+std::string isoDateTimeMillis(FILETIME date);
+std::string isoDateTime(const SYSTEMTIME& st);
+
+// Lowercase hex of bytes.
+std::string hexBytes(const std::uint8_t* data, std::size_t size);
+
+}  // namespace qb

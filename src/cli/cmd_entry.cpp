@@ -1,0 +1,174 @@
+#include <ostream>
+
+#include "cli/cli_text.h"
+#include "cli/command.h"
+#include "cli/master_lookup.h"
+#include "entry/entry_amount.h"
+#include "entry/entry_form.h"
+#include "entry/note_text.h"
+#include "platform/calendar.h"
+#include "platform/data_file.h"
+#include "platform/platform.h"
+#include "platform/string_printf.h"
+#include "store/tables.h"
+#include "store/time_entry.h"
+
+namespace qb {
+namespace {
+
+constexpr std::u16string_view kDeleteQuestion = u"Are you sure to permanently delete this item?";
+
+const std::vector<Args::Option> kFieldOptions = {
+    {"date", true},     {"start", true},        {"no-start", false},  {"client", true},
+    {"project", true},  {"phase", true},        {"task", true},       {"duration", true},
+    {"billable", false}, {"non-billable", false}, {"paid", false},    {"unpaid", false},
+    {"currency", true}, {"rate", true},         {"rate-type", true},  {"bill-to", true},
+    {"custom1", true},  {"custom2", true},      {"custom3", true},    {"note", true},
+    {"yes", false}};
+
+// Types the given options into the editor's boxes, as a user would.
+bool fillForm(CommandContext& ctx, const Args& args, EntryForm& form) {
+    if (auto d = args.value("date")) {
+        if (!parseDateArg(*d, &form.day)) {
+            ctx.usage("--date takes a date as YYYY-MM-DD");
+            return false;
+        }
+    }
+    if (args.has("no-start")) form.start.reset();
+    if (auto s = args.value("start")) {
+        SYSTEMTIME t;
+        if (!parseTimeArg(*s, &t)) {
+            ctx.usage("--start takes a time as HH:MM");
+            return false;
+        }
+        form.start = t;
+    }
+    struct TextBox {
+        const char* option;
+        std::u16string* box;
+    };
+    for (TextBox box : {TextBox{"client", &form.client}, {"project", &form.project},
+                        {"phase", &form.phase}, {"task", &form.task},
+                        {"duration", &form.duration}, {"currency", &form.currency},
+                        {"rate", &form.rate}, {"bill-to", &form.billTo},
+                        {"custom1", &form.custom1}, {"custom2", &form.custom2},
+                        {"custom3", &form.custom3}}) {
+        if (auto v = args.value(box.option)) *box.box = u16(*v);
+    }
+    if (args.has("billable")) form.billable = true;
+    if (args.has("non-billable")) form.billable = false;
+    if (args.has("paid")) form.paid = true;
+    if (args.has("unpaid")) form.paid = false;
+    if (auto t = args.value("rate-type")) {
+        std::uint32_t type = 0;
+        if (!parseUnsignedArg(*t, &type) || type > 4) {
+            ctx.usage("--rate-type takes a rate type from 0 to 4");
+            return false;
+        }
+        form.rateNode = static_cast<std::uint16_t>(type);
+    }
+    if (auto n = args.value("note")) form.notes = noteBytes(u16(*n));
+    return true;
+}
+
+// OK of the editor: the checks, the save and what the master data learns,
+// committed together.
+int save(CommandContext& ctx, const Args& args, TimeEntry entry) {
+    EntryForm form = formFromEntry(entry);
+    if (!fillForm(ctx, args, form)) return kExitRefused;
+    FormResult result = applyForm(form, ctx.settings(), entry);
+    if (!result.ok) return ctx.refused(std::u16string(result.message));
+    DataFile& file = ctx.platform().file();
+    if (!file.beginBatch()) return ctx.failed("cannot write to " + file.path());
+    if (!saveEntry(ctx.entries(), entry)) {
+        file.rollbackBatch();
+        return ctx.failed("cannot save the entry in " + file.path());
+    }
+    registerMasterData(ctx.masters(), entry);
+    if (!file.commitBatch()) return ctx.failed("cannot save the entry in " + file.path());
+    ctx.out << entry.recordOid << "\n";
+    return kExitOk;
+}
+
+bool readById(CommandContext& ctx, const Args& args, TimeEntry* entry) {
+    std::uint32_t id = 0;
+    if (args.positional().size() != 1 || !parseUnsignedArg(args.positional()[0], &id)) {
+        ctx.usage("give one entry ID");
+        return false;
+    }
+    if (id == 0 || !ctx.entries().seekOid(id) || readEntry(ctx.entries(), *entry) != 0) {
+        ctx.refused("There is no entry " + args.positional()[0] + ".");
+        return false;
+    }
+    return true;
+}
+
+std::string escapedNote(const std::u16string& text) {
+    std::string out;
+    for (char c : u8(text)) {
+        if (c == '\r') out += "\\r";
+        else if (c == '\n') out += "\\n";
+        else out.push_back(c);
+    }
+    return out;
+}
+
+int show(CommandContext& ctx, const TimeEntry& e) {
+    std::ostream& o = ctx.out;
+    o << "id\t" << e.recordOid << "\n";
+    o << "date\t" << isoDateTimeMillis(e.date) << "\n";
+    o << "client\t" << u8(e.client) << "\n";
+    o << "project\t" << u8(e.project) << "\n";
+    o << "phase\t" << u8(e.phase) << "\n";
+    o << "task\t" << u8(e.task) << "\n";
+    o << "duration\t" << e.duration << "\n";
+    o << "billable\t" << (e.billable ? 1 : 0) << "\n";
+    o << "paid\t" << (e.paid ? 1 : 0) << "\n";
+    o << "currency\t" << u8(e.currency) << "\n";
+    o << "rate\t" << e.rate << "\n";
+    o << "rateType\t" << e.rateType << "\n";
+    o << "billTo\t" << u8(e.billTo) << "\n";
+    o << "custom1\t" << u8(e.custom1) << "\n";
+    o << "custom2\t" << u8(e.custom2) << "\n";
+    o << "custom3\t" << u8(e.custom3) << "\n";
+    o << "note\t" << escapedNote(noteText(e)) << "\n";
+    o << "amount\t" << stringPrintf("%.2f", EntryAmount(e, ctx.settings())) << "\n";
+    return kExitOk;
+}
+
+// Mark As Paid: offered only for a billable entry.
+int togglePaid(CommandContext& ctx, TimeEntry& e) {
+    if (!e.billable) return ctx.refused(std::string("The entry is not billable."));
+    e.paid = !e.paid;
+    if (!ctx.entries().seekOid(e.recordOid) || !updateEntry(ctx.entries(), e)) {
+        return ctx.failed("cannot change the entry");
+    }
+    return kExitOk;
+}
+
+}  // namespace
+
+int runEntry(CommandContext& ctx) {
+    if (ctx.words().empty()) {
+        return ctx.usage("entry needs add, update, show, delete or toggle-paid");
+    }
+    const std::string& verb = ctx.words()[0];
+    Args args;
+    if (!ctx.parse(args, 1, kFieldOptions)) return kExitRefused;
+    if (verb == "add") {
+        if (!args.positional().empty()) return ctx.usage("entry add takes options only");
+        return save(ctx, args, prepareEntry(nullptr, ctx.settings(), localNow()));
+    }
+    TimeEntry stored;
+    if (verb != "update" && verb != "show" && verb != "delete" && verb != "toggle-paid") {
+        return ctx.usage("unknown entry command '" + verb + "'");
+    }
+    if (!readById(ctx, args, &stored)) return kExitRefused;
+    if (verb == "update") return save(ctx, args, prepareEntry(&stored, ctx.settings(), localNow()));
+    if (verb == "show") return show(ctx, stored);
+    if (verb == "toggle-paid") return togglePaid(ctx, stored);
+    if (!confirmed(ctx, args.has("yes"), kDeleteQuestion)) return kExitRefused;
+    return ctx.entries().remove(stored.recordOid) ? kExitOk : ctx.failed("cannot delete the entry");
+}
+
+}  // namespace qb

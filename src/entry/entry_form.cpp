@@ -1,0 +1,142 @@
+#include "entry/entry_form.h"
+
+#include "entry/duration_rule.h"
+#include "entry/rate_rules.h"
+#include "platform/calendar.h"
+
+namespace qb {
+namespace {
+
+FormResult refuse(std::u16string_view message, FormField field) {
+    return {false, message, field};
+}
+
+void storeStart(const std::optional<SYSTEMTIME>& start, TimeEntry& entry) {
+    if (start) {
+        setStartTime(entry, *start);
+    } else {
+        clearStartTime(entry);
+    }
+}
+
+void storeDuration(const EntryForm& form, const Settings& settings, TimeEntry& entry) {
+    entry.duration =
+        durationFromHours(parseHours(limitText(form.duration, kDurationLimit)), settings);
+}
+
+FormResult applyGeneral(const EntryForm& form, TimeEntry& entry) {
+    setEntryDay(entry, form.day);
+    storeStart(form.start, entry);
+    entry.client = limitText(form.client, kNameLimit);
+    entry.project = limitText(form.project, kNameLimit);
+    entry.phase = limitText(form.phase, kNameLimit);
+    if (form.task.empty()) return refuse(kTaskBlankMessage, FormField::kTask);
+    entry.task = limitText(form.task, kNameLimit);
+    if (holdsLetter(limitText(form.duration, kDurationLimit))) {
+        return refuse(kNumericOnlyMessage, FormField::kDuration);
+    }
+    return {};
+}
+
+FormResult applyBilling(const EntryForm& form, TimeEntry& entry) {
+    if (!form.billable) {
+        // The page's other boxes are disabled and left out, so paid, bill-to,
+        // currency and rate type stay as they were.
+        entry.billable = false;
+        entry.rate = editorRate(u"0");
+        return {};
+    }
+    entry.billable = true;
+    entry.paid = form.paid;
+    const std::u16string rate = limitText(form.rate, kRateLimit);
+    if (holdsLetter(rate)) return refuse(kNumericOnlyMessage, FormField::kRate);
+    entry.rate = editorRate(rate);
+    entry.billTo = limitText(form.billTo, kBillToLimit);
+    entry.currency = limitText(form.currency, kCurrencyLimit);
+    if (form.rateNode) {
+        entry.rateType = *form.rateNode;
+    } else {
+        entry.rateType = form.fixed ? kFixedRate : kNormalRate;
+    }
+    return {};
+}
+
+void applyCustom(const EntryForm& form, TimeEntry& entry) {
+    entry.custom1 = limitText(form.custom1, kCustomLimit);
+    entry.custom2 = limitText(form.custom2, kCustomLimit);
+    entry.custom3 = limitText(form.custom3, kCustomLimit);
+}
+
+}  // namespace
+
+std::u16string limitText(std::u16string_view text, std::size_t limit) {
+    if (text.size() <= limit) return std::u16string(text);
+    std::size_t n = limit;
+    if (n > 0 && text[n - 1] >= 0xD800 && text[n - 1] <= 0xDBFF) --n;
+    return std::u16string(text.substr(0, n));
+}
+
+TimeEntry prepareEntry(const TimeEntry* passed, const Settings& settings, const SYSTEMTIME& today) {
+    TimeEntry entry;
+    setEntryDay(entry, today);
+    if (passed) entry = *passed;
+    if (entry.recordOid == 0) {
+        entry.billable = (settings.optionFlags & kBillableDefault) != 0;
+        entry.currency = settings.defaultCurrency;
+    }
+    return entry;
+}
+
+EntryForm formFromEntry(const TimeEntry& entry) {
+    EntryForm form;
+    SYSTEMTIME date;
+    if (fileTimeToSystemTime(entry.date, &date)) {
+        form.day = date;
+        if (hasStartTime(entry)) form.start = date;
+    }
+    form.client = entry.client;
+    form.project = entry.project;
+    form.phase = entry.phase;
+    form.task = entry.task;
+    form.duration = durationText(entry.duration);
+    form.billable = entry.billable;
+    form.paid = entry.paid;
+    form.billTo = entry.billTo;
+    form.currency = entry.currency;
+    form.rate = rateText(entry.rate);
+    form.fixed = entry.rateType == kFixedRate;
+    form.custom1 = entry.custom1;
+    form.custom2 = entry.custom2;
+    form.custom3 = entry.custom3;
+    form.notes = entry.notes;
+    return form;
+}
+
+FormPage pageOf(FormField field) {
+    return field == FormField::kRate ? FormPage::kBilling : FormPage::kGeneral;
+}
+
+FormResult leaveGeneral(const EntryForm& form, const Settings& settings, TimeEntry& entry) {
+    if (form.client.empty()) return refuse(kClientBlankMessage, FormField::kClient);
+    if (form.duration.empty()) return refuse(kDurationBlankMessage, FormField::kDuration);
+    storeDuration(form, settings, entry);
+    return {};
+}
+
+FormResult applyForm(const EntryForm& form, const Settings& settings, TimeEntry& entry) {
+    if (FormResult r = leaveGeneral(form, settings, entry); !r.ok) return r;
+    if (FormResult r = applyGeneral(form, entry); !r.ok) return r;
+    if (FormResult r = applyBilling(form, entry); !r.ok) return r;
+    applyCustom(form, entry);
+    setNotes(entry, static_cast<std::int32_t>(form.notes.size()), form.notes.data());
+    return {};
+}
+
+FormResult beginSetTimes(const EntryForm& form, const Settings& settings, TimeEntry& entry) {
+    if (form.duration.empty()) return refuse(kDurationBlankMessage, FormField::kDuration);
+    storeStart(form.start, entry);
+    storeDuration(form, settings, entry);
+    return {};
+}
+
+}  // namespace qb

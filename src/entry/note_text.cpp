@@ -1,0 +1,29 @@
+#include "entry/note_text.h"
+
+#include "store/time_entry.h"
+
+namespace qb {
+
+std::u16string noteText(const TimeEntry& entry) {
+    std::u16string text;
+    const std::vector<std::uint8_t>& bytes = entry.notes;
+    text.reserve(bytes.size() / 2);
+    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
+        char16_t c = static_cast<char16_t>(bytes[i] | bytes[i + 1] << 8);
+        if (c == 0) break;
+        text.push_back(c);
+    }
+    return text;
+}
+
+std::vector<std::uint8_t> noteBytes(const std::u16string& text) {
+    std::vector<std::uint8_t> bytes;
+    bytes.reserve(text.size() * 2);
+    for (char16_t c : text) {
+        bytes.push_back(static_cast<std::uint8_t>(c & 0xFF));
+        bytes.push_back(static_cast<std::uint8_t>(c >> 8));
+    }
+    return bytes;
+}
+
+}  // namespace qb

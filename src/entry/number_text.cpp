@@ -1,0 +1,124 @@
+#include "entry/number_text.h"
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <system_error>
+
+#include "platform/string_printf.h"
+
+namespace qb {
+namespace {
+
+bool isBlank(char16_t c) {
+    return c == u' ' || (c >= u'\t' && c <= u'\r');
+}
+bool isDigit(char16_t c) {
+    return c >= u'0' && c <= u'9';
+}
+
+// Ranges of letters, sorted; inclusive bounds.
+struct Range {
+    char32_t first;
+    char32_t last;
+};
+constexpr Range kLetters[] = {
+    {0x0041, 0x005A},   {0x0061, 0x007A}, {0x00AA, 0x00AA}, {0x00B5, 0x00B5},
+    {0x00BA, 0x00BA},   {0x00C0, 0x00D6}, {0x00D8, 0x00F6}, {0x00F8, 0x02C1},  // Latin, IPA
+    {0x0370, 0x0373},   {0x0376, 0x0377}, {0x037B, 0x037D}, {0x0386, 0x0386},
+    {0x0388, 0x03F5},   {0x03F7, 0x0481}, {0x048A, 0x052F},  // Greek, Cyrillic
+    {0x0531, 0x0556},   {0x0561, 0x0587},                    // Armenian
+    {0x05D0, 0x05EA},   {0x0620, 0x064A}, {0x0671, 0x06D3},  // Hebrew, Arabic
+    {0x0904, 0x0939},   {0x0E01, 0x0E30},                    // Devanagari, Thai
+    {0x1100, 0x11FF},   {0x1E00, 0x1FBC},  // Hangul Jamo, Latin and Greek extended
+    {0x3041, 0x3096},   {0x30A1, 0x30FA},  // kana
+    {0x3400, 0x4DBF},   {0x4E00, 0x9FFF}, {0xAC00, 0xD7A3},  // CJK, Hangul syllables
+    {0xF900, 0xFAFF},   {0xFF21, 0xFF3A}, {0xFF41, 0xFF5A}, {0xFF66, 0xFF9D},
+    {0x20000, 0x323AF},  // CJK ideographs beyond the BMP
+};
+
+bool isLetter(char32_t c) {
+    for (const Range& r : kLetters) {
+        if (c < r.first) return false;
+        if (c <= r.last) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+double parseNumber(std::u16string_view text) {
+    std::size_t i = 0;
+    while (i < text.size() && isBlank(text[i])) ++i;
+    bool negative = false;
+    if (i < text.size() && (text[i] == u'+' || text[i] == u'-')) {
+        negative = text[i] == u'-';
+        ++i;
+    }
+    std::string number;
+    int digits = 0;
+    int integerDigits = 0;  // significant ones, for telling overflow from underflow
+    for (; i < text.size() && isDigit(text[i]); ++i, ++digits) {
+        if (integerDigits > 0 || text[i] != u'0') ++integerDigits;
+        number.push_back(static_cast<char>(text[i]));
+    }
+    if (i < text.size() && text[i] == u'.') {
+        number.push_back('.');
+        for (++i; i < text.size() && isDigit(text[i]); ++i, ++digits) {
+            number.push_back(static_cast<char>(text[i]));
+        }
+    }
+    if (digits == 0) return 0.0;
+    // An exponent counts only with at least one digit; "1e" is 1.
+    long exponent = 0;
+    if (i < text.size() && (text[i] == u'e' || text[i] == u'E')) {
+        std::size_t j = i + 1;
+        bool expNegative = false;
+        if (j < text.size() && (text[j] == u'+' || text[j] == u'-')) {
+            expNegative = text[j] == u'-';
+            ++j;
+        }
+        if (j < text.size() && isDigit(text[j])) {
+            number.push_back('e');
+            if (expNegative) number.push_back('-');
+            for (; j < text.size() && isDigit(text[j]); ++j) {
+                number.push_back(static_cast<char>(text[j]));
+                if (exponent < 100000) exponent = exponent * 10 + (text[j] - u'0');
+            }
+            if (expNegative) exponent = -exponent;
+        }
+    }
+    double value = 0.0;
+    auto [ptr, ec] = std::from_chars(number.data(), number.data() + number.size(), value);
+    if (ec == std::errc::result_out_of_range) {
+        value = integerDigits + exponent > 0 ? std::numeric_limits<double>::infinity() : 0.0;
+    }
+    return negative ? -value : value;
+}
+
+bool holdsLetter(std::u16string_view text) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        char32_t c = text[i];
+        if (c >= 0xD800 && c <= 0xDBFF && i + 1 < text.size() && text[i + 1] >= 0xDC00 &&
+            text[i + 1] <= 0xDFFF) {
+            c = 0x10000 + ((c - 0xD800) << 10) + (text[i + 1] - 0xDC00);
+            ++i;
+        }
+        if (isLetter(c)) return true;
+    }
+    return false;
+}
+
+std::int32_t truncateToInt32(double value) {
+    if (std::isnan(value)) return 0;
+    if (value >= 2147483647.0) return std::numeric_limits<std::int32_t>::max();
+    if (value <= -2147483648.0) return std::numeric_limits<std::int32_t>::min();
+    return static_cast<std::int32_t>(value);
+}
+
+std::u16string twoDecimals(double value) {
+    const std::string text = stringPrintf("%.2f", value);
+    return std::u16string(text.begin(), text.end());
+}
+
+}  // namespace qb

@@ -1,0 +1,33 @@
+#pragma once
+
+// Numbers as the editor's boxes hold them: typed text in, two decimals out.
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace qb {
+
+// The leading decimal number of the text, as C's strtod reads it in the "C"
+// locale but without its hexadecimal, infinity and NaN forms: blanks, a sign,
+// digits with one optional point, an optional exponent. The rest is ignored;
+// text without a number reads as 0. Never depends on the process's locale.
+double parseNumber(std::u16string_view text);
+
+// The loose test of the numeric boxes: true only when some character is a
+// letter. Digits, signs, points, commas, blanks and symbols (a currency sign)
+// pass. Letters of the alphabetic scripts of the Basic Multilingual Plane
+// (Latin, Greek, Cyrillic, Armenian, Hebrew, Arabic, Devanagari, Thai, kana,
+// Hangul, CJK ideographs, full-width Latin) count as letters, and so do the
+// CJK ideographs beyond it; other supplementary characters do not.
+bool holdsLetter(std::u16string_view text);
+
+// A double truncated toward zero into 32 bits: values beyond the range take
+// its nearest end, NaN gives 0. Stored fields narrower than 32 bits keep the
+// low bits of this, so a negative duration survives as its 16-bit pattern.
+std::int32_t truncateToInt32(double value);
+
+// "%.2f" of the value.
+std::u16string twoDecimals(double value);
+
+}  // namespace qb

@@ -1,0 +1,32 @@
+#include "platform/string_printf.h"
+
+#include <cstdarg>
+#include <cstdio>
+
+namespace qb {
+
+std::string stringPrintf(const char* format, ...) {
+    char small[128];
+    va_list args;
+    va_start(args, format);
+    va_list copy;
+    va_copy(copy, args);
+    int n = std::vsnprintf(small, sizeof small, format, args);
+    va_end(args);
+    std::string result;
+    if (n < 0) {
+        va_end(copy);
+        return result;
+    }
+    if (static_cast<std::size_t>(n) < sizeof small) {
+        result.assign(small, n);
+    } else {
+        result.resize(n + 1);
+        std::vsnprintf(result.data(), result.size(), format, copy);
+        result.resize(n);
+    }
+    va_end(copy);
+    return result;
+}
+
+}  // namespace qb
