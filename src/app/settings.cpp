@@ -273,16 +273,16 @@ int listFontWeight(const Settings& settings) {
     return (settings.optionFlags & kBoldList) ? kWeightBold : kWeightNormal;
 }
 
-FontSpec listFontSpec(const Settings& settings, bool clearType, bool strikeOut) {
+FontAttributes listFontAttributes(const Settings& settings, bool clearType, bool strikeOut) {
     return {listFontTenths(settings), listFontWeight(settings),
             clearType ? kClearTypeCompatQuality : kDefaultQuality, strikeOut};
 }
 
-FontSpec dialogFontSpec(bool clearType) {
+FontAttributes dialogFontAttributes(bool clearType) {
     return {80, kWeightNormal, clearType ? kClearTypeCompatQuality : kDefaultQuality, false};
 }
 
-FontSpec frameBoldFontSpec(bool clearType) {
+FontAttributes frameBoldFontAttributes(bool clearType) {
     return {80, kWeightBold, clearType ? kClearTypeQuality : kDefaultQuality, false};
 }
 

@@ -99,22 +99,23 @@ inline constexpr int kClearTypeCompatQuality = 6;
 inline constexpr int kWeightNormal = 400;
 inline constexpr int kWeightBold = 700;
 
-struct FontSpec {
+struct FontAttributes {
     int tenths = 0;
     int weight = kWeightNormal;
     int quality = kDefaultQuality;
     bool strikeOut = false;
 
-    bool operator==(const FontSpec&) const = default;
+    bool operator==(const FontAttributes&) const = default;
 };
 
-// The (negative) pixel height of a size, as the platform's fonts take it.
+// The (negative) pixel height of a size, as the platform's fonts take it:
+// ppi × tenths ÷ 720 in double precision, plus 0.5, truncated, negated.
 int fontPixelHeight(int tenthsOfPoint, int pixelsPerInch);
 int listFontTenths(const Settings& settings);
 int listFontWeight(const Settings& settings);
-FontSpec listFontSpec(const Settings& settings, bool clearType, bool strikeOut);
-FontSpec dialogFontSpec(bool clearType);
+FontAttributes listFontAttributes(const Settings& settings, bool clearType, bool strikeOut);
+FontAttributes dialogFontAttributes(bool clearType);
 // The main frame's bold font.
-FontSpec frameBoldFontSpec(bool clearType);
+FontAttributes frameBoldFontAttributes(bool clearType);
 
 }  // namespace qb

@@ -6,6 +6,7 @@
 #include "entry/entry_amount.h"
 #include "entry/entry_form.h"
 #include "entry/note_text.h"
+#include "entry/rate_setup.h"
 #include "platform/calendar.h"
 #include "platform/data_file.h"
 #include "platform/platform.h"
@@ -76,6 +77,11 @@ bool fillForm(CommandContext& ctx, const Args& args, EntryForm& form) {
 int save(CommandContext& ctx, const Args& args, TimeEntry entry) {
     EntryForm form = formFromEntry(entry);
     if (!fillForm(ctx, args, form)) return kExitRefused;
+    // The Billing page selects the rate of the client now in the General
+    // page that matches the entry's rate and type, unless one is chosen.
+    if (!args.has("rate-type")) {
+        form.rateNode = matchingRateNode(ctx.masters(), form.client, entry.rate, entry.rateType);
+    }
     FormResult result = applyForm(form, ctx.settings(), entry);
     if (!result.ok) return ctx.refused(std::u16string(result.message));
     DataFile& file = ctx.platform().file();

@@ -25,4 +25,22 @@ std::vector<RateGroup> rateSetupGroups(MasterTables& tables) {
     return groups;
 }
 
+std::vector<RateRecord> ratesForClient(MasterTables& tables, const std::u16string& client) {
+    std::vector<RateRecord> rates = ratesOf(tables.rates, kDefaultRatesClient);
+    ClientId id = client.empty() ? kNoClient : clientIdOf(tables.clients, client);
+    if (id != kNoClient && id != kDefaultRatesClient) {
+        std::vector<RateRecord> own = ratesOf(tables.rates, id);
+        rates.insert(rates.end(), own.begin(), own.end());
+    }
+    return rates;
+}
+
+std::optional<std::uint16_t> matchingRateNode(MasterTables& tables, const std::u16string& client,
+                                              std::uint32_t rate, std::uint16_t rateType) {
+    for (const RateRecord& r : ratesForClient(tables, client)) {
+        if (r.rate == rate && r.rateType == rateType) return r.rateType;
+    }
+    return std::nullopt;
+}
+
 }  // namespace qb

@@ -3,6 +3,7 @@
 // The rates as the Rate Setup window shows them: the default rates first,
 // then one group per client in the client table's order.
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,5 +22,15 @@ struct RateGroup {
 // Children of a group: by rate type, then by description.
 void sortRateGroup(std::vector<RateRecord>& rates);
 std::vector<RateGroup> rateSetupGroups(MasterTables& tables);
+
+// The rates the entry editor's rate tree offers for a client: the default
+// rates, then the client's own (none for an unknown client).
+std::vector<RateRecord> ratesForClient(MasterTables& tables, const std::u16string& client);
+
+// The rate type of the node the Billing page selects for an entry: a rate of
+// the tree whose value and type both equal the entry's; none means the
+// "(Custom Rate)" node.
+std::optional<std::uint16_t> matchingRateNode(MasterTables& tables, const std::u16string& client,
+                                              std::uint32_t rate, std::uint16_t rateType);
 
 }  // namespace qb

@@ -423,7 +423,15 @@ CEOID Database::writeProps(CEOID oid, const std::vector<CEPROPVAL>& values) {
     bool ok = sqlite3_step(stmt) == SQLITE_DONE;
     sqlite3_reset(stmt);
     if (!ok) return 0;
-    return oid == 0 ? static_cast<CEOID>(sqlite3_last_insert_rowid(d.file.handle())) : oid;
+    if (oid == 0) oid = static_cast<CEOID>(sqlite3_last_insert_rowid(d.file.handle()));
+    // The record just written becomes the current one.
+    d.hasCurrent = true;
+    d.currentOid = oid;
+    d.currentKey = d.info.sortProps.empty() ? std::string()
+                                            : recordSortKey(props, d.sortProp);
+    d.currentProps = std::move(bytes);
+    d.currentGeneration = d.file.writeGeneration();
+    return oid;
 }
 
 bool Database::deleteRecord(CEOID oid) {

@@ -85,7 +85,8 @@ public:
     CEOID readProps(const std::vector<std::uint32_t>* which, std::vector<CEPROPVAL>* out,
                     long* error);
     // Writes a new record (`oid` 0) or updates one; values flagged
-    // CEDB_PROPDELETE remove the property. Answers the record's id, or 0.
+    // CEDB_PROPDELETE remove the property. The record written becomes the
+    // current one. Answers the record's id, or 0.
     CEOID writeProps(CEOID oid, const std::vector<CEPROPVAL>& values);
     bool deleteRecord(CEOID oid);
 

@@ -203,10 +203,10 @@ TEST_F(SettingsTest, ClearTypeOnlyWhenExactlyOne) {
 }
 
 TEST(Fonts, ClearTypeQualities) {
-    EXPECT_EQ(listFontSpec(defaultSettings(), true, false).quality, kClearTypeCompatQuality);
-    EXPECT_EQ(dialogFontSpec(true).quality, kClearTypeCompatQuality);
-    EXPECT_EQ(frameBoldFontSpec(true).quality, kClearTypeQuality);
-    EXPECT_EQ(listFontSpec(defaultSettings(), false, false).quality, kDefaultQuality);
+    EXPECT_EQ(listFontAttributes(defaultSettings(), true, false).quality, kClearTypeCompatQuality);
+    EXPECT_EQ(dialogFontAttributes(true).quality, kClearTypeCompatQuality);
+    EXPECT_EQ(frameBoldFontAttributes(true).quality, kClearTypeQuality);
+    EXPECT_EQ(listFontAttributes(defaultSettings(), false, false).quality, kDefaultQuality);
 }
 
 TEST(Fonts, PixelHeightRoundsHalfUpThenNegates) {
