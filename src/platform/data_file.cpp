@@ -167,6 +167,8 @@ void DataFile::rollbackBatch() {
 }
 
 std::uint64_t DataFile::externalChangeCounter() {
+    // Inside a read snapshot the counter would not move.
+    releaseSnapshots();
     long long value = 0;
     queryInt(db_, "PRAGMA data_version", &value);
     return static_cast<std::uint64_t>(value);
@@ -174,6 +176,10 @@ std::uint64_t DataFile::externalChangeCounter() {
 
 void DataFile::beforeWrite() {
     ++writeGeneration_;
+    releaseSnapshots();
+}
+
+void DataFile::releaseSnapshots() {
     for (Reader* r : readers_->list) r->releaseSnapshot();
 }
 

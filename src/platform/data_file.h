@@ -41,8 +41,12 @@ public:
     void beforeWrite();
     std::uint64_t writeGeneration() const { return writeGeneration_; }
 
+    // Lets every registered reader go of its snapshot, so that the next read
+    // sees what other connections have committed.
+    void releaseSnapshots();
+
     // Readers that keep a statement running between calls register here so
-    // that beforeWrite() can let go of their snapshots.
+    // that writes and fresh seeks can let go of their snapshots.
     class Reader {
     public:
         virtual void releaseSnapshot() = 0;

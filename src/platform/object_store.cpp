@@ -176,8 +176,10 @@ struct Database::Impl : DataFile::Reader {
     }
 
     // Starts a scan at the first record whose key is not smaller than `key`.
+    // A statement of another handle would hold the connection's snapshot,
+    // so all of them let go first and the scan sees the latest commits.
     bool startScan(const std::string& key) {
-        releaseSnapshot();
+        file.releaseSnapshots();
         sqlite3_bind_int64(scan, 1, dbOid);
         bindString(scan, 2, key);
         scanRunning = true;
@@ -209,7 +211,7 @@ struct Database::Impl : DataFile::Reader {
     }
 
     bool seekOid(CEOID oid) {
-        releaseSnapshot();
+        file.releaseSnapshots();
         sqlite3_bind_int64(byOid, 1, oid);
         sqlite3_bind_int64(byOid, 2, dbOid);
         bool found = sqlite3_step(byOid) == SQLITE_ROW;
