@@ -10,6 +10,9 @@ int runContact(CommandContext& ctx);
 int runRate(CommandContext& ctx);
 int runDroplist(CommandContext& ctx);
 int runSettings(CommandContext& ctx);
+int runPeriod(CommandContext& ctx);
+int runList(CommandContext& ctx);
+int runFilter(CommandContext& ctx);
 
 namespace {
 
@@ -95,6 +98,40 @@ constexpr const char* kSettingsUsage =
     "(HKLM\\ before it for the machine's keys). Numbers are decimal, binary\n"
     "values lowercase hex.\n";
 
+constexpr const char* kPeriodOptionsHelp =
+    "PERIOD options:\n"
+    "  --view day|week|month|custom   (default: the View setting)\n"
+    "  --date YYYY-MM-DD              the period's date (default: today)\n"
+    "  --end YYYY-MM-DD               the custom period's end (default: the saved one)\n"
+    "  --select YYYY-MM-DD            pick a date, as on the calendar\n"
+    "  --move next,previous,today     navigation steps, in order\n";
+
+const std::string kPeriodUsage = std::string(
+    "usage: quillarbor period [PERIOD]\n"
+    "\n"
+    "Prints the period's label, then its start and end (YYYY-MM-DDTHH:MM:SS).\n\n") +
+    kPeriodOptionsHelp;
+
+const std::string kListUsage = std::string(
+    "usage: quillarbor list [PERIOD] [--rows default|simple|tree]\n"
+    "\n"
+    "Prints the entries the main window lists for the period: those that pass\n"
+    "the current filter, arranged by the Sort setting. Without --rows the\n"
+    "columns are id date start client project phase task duration billable\n"
+    "paid currency rate rateType amount billTo custom1 custom2 custom3; with\n"
+    "--rows, what that list style shows.\n\n") +
+    kPeriodOptionsHelp;
+
+constexpr const char* kFilterUsage =
+    "usage: quillarbor filter show\n"
+    "       quillarbor filter reset          (Show All)\n"
+    "       quillarbor filter unpaid         (Show Unpaid Only)\n"
+    "       quillarbor filter set [--client X] [--project X] [--phase X] [--task X]\n"
+    "              [--bill-to X] [--currency X] [--rate-type N]\n"
+    "              [--no-unpaid] [--no-paid] [--no-non-billable]\n"
+    "\n"
+    "The filter chooses the entries the main window and 'list' show.\n";
+
 }  // namespace
 
 const std::vector<Command>& allCommands() {
@@ -107,6 +144,10 @@ const std::vector<Command>& allCommands() {
         {"rate", "list, add, change and delete rates", kRateUsage, runRate},
         {"droplist", "the phase, currency and custom drop lists", kDroplistUsage, runDroplist},
         {"settings", "list, read and write settings", kSettingsUsage, runSettings},
+        {"period", "the label and bounds of a period", kPeriodUsage.c_str(), runPeriod},
+        {"list", "the entries of a period, as the main window lists them", kListUsage.c_str(),
+         runList},
+        {"filter", "show and change the entry filter", kFilterUsage, runFilter},
     };
     return kCommands;
 }
