@@ -52,7 +52,7 @@ bool wantsHelp(const std::vector<std::string>& words) {
 
 }  // namespace
 
-int runCommandLine(int argc, char** argv) {
+int runCommandLine(int argc, char** argv, DesktopLauncher desktop) {
     std::vector<std::string> words(argv + 1, argv + argc);
     std::string dataDir;
     std::size_t i = 0;
@@ -66,6 +66,10 @@ int runCommandLine(int argc, char** argv) {
             std::cout << "quillarbor " << QB_VERSION << "\n";
             return kExitOk;
         }
+        if (w == "--quit-after-paint") {  // the desktop's own start-up timing option
+            ++i;
+            continue;
+        }
         if (w == "--data" && i + 1 < words.size()) {
             dataDir = words[i + 1];
             i += 2;
@@ -78,8 +82,7 @@ int runCommandLine(int argc, char** argv) {
         }
     }
     if (i == words.size()) {
-        printOverview(std::cout);
-        return kExitOk;
+        return desktop(dataDir.empty() ? defaultDataDir() : dataDir, argc, argv);
     }
     const std::string name = words[i];
     std::vector<std::string> rest(words.begin() + static_cast<long>(i) + 1, words.end());

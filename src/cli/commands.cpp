@@ -10,9 +10,15 @@ int runContact(CommandContext& ctx);
 int runRate(CommandContext& ctx);
 int runDroplist(CommandContext& ctx);
 int runSettings(CommandContext& ctx);
+int runBackup(CommandContext& ctx);
+int runArchive(CommandContext& ctx);
 int runPeriod(CommandContext& ctx);
 int runList(CommandContext& ctx);
 int runFilter(CommandContext& ctx);
+int runSummary(CommandContext& ctx);
+int runExport(CommandContext& ctx);
+int runReport(CommandContext& ctx);
+int runLayout(CommandContext& ctx);
 
 namespace {
 
@@ -122,6 +128,13 @@ const std::string kListUsage = std::string(
     "--rows, what that list style shows.\n\n") +
     kPeriodOptionsHelp;
 
+const std::string kSummaryUsage = std::string(
+    "usage: quillarbor summary [PERIOD]\n"
+    "\n"
+    "Prints the quick summary of the entries 'list' shows for the period: one\n"
+    "line per row, its three cells separated by tabs.\n\n") +
+    kPeriodOptionsHelp;
+
 constexpr const char* kFilterUsage =
     "usage: quillarbor filter show\n"
     "       quillarbor filter reset          (Show All)\n"
@@ -131,6 +144,61 @@ constexpr const char* kFilterUsage =
     "              [--no-unpaid] [--no-paid] [--no-non-billable]\n"
     "\n"
     "The filter chooses the entries the main window and 'list' show.\n";
+
+constexpr const char* kBackupUsage =
+    "usage: quillarbor backup create FILE\n"
+    "       quillarbor backup restore FILE\n"
+    "\n"
+    "create writes every time entry and all client master data to FILE (.qrb).\n"
+    "restore adds the entries and clients of FILE to the data: nothing is deleted\n"
+    "first and nothing is checked for duplicates, so restoring twice doubles the\n"
+    "entries.\n";
+
+constexpr const char* kArchiveUsage =
+    "usage: quillarbor archive create FILE --from YYYY-MM-DD --to YYYY-MM-DD [--delete]\n"
+    "       quillarbor archive create FILE --client NAME [--client NAME]... [--delete]\n"
+    "       quillarbor archive load FILE\n"
+    "\n"
+    "create writes either the entries dated from --from 00:00:00 to --to 23:59:59,\n"
+    "or the named clients with their projects, tasks, contacts and rates, to FILE\n"
+    "(.qra). --delete deletes what was archived once the file is written (clients\n"
+    "keep their entries). load adds the entries of a date-range archive.\n";
+
+constexpr const char* kExportUsage =
+    "usage: quillarbor export csv FILE --from YYYY-MM-DD --to YYYY-MM-DD [CRITERIA]\n"
+    "       quillarbor export xml FILE --from YYYY-MM-DD --to YYYY-MM-DD [CRITERIA]\n"
+    "\n"
+    "Writes the entries dated from --from 00:00:00 to --to 23:59:59 that pass the\n"
+    "criteria, exactly as the CSV and XML exports write them: the ANSI code page\n"
+    "(UTF-16 for the XML Encoding choice UTF-16), note line breaks in CSV replaced\n"
+    "as the BreakSub setting says.\n"
+    "\n"
+    "CRITERIA: --client X --project X --phase X --task X --bill-to X --currency X\n"
+    "  --custom1 X --custom2 X --custom3 X --rate-type N\n"
+    "  --no-unpaid --no-paid --no-non-billable\n";
+
+constexpr const char* kReportUsage =
+    "usage: quillarbor report FILE --from YYYY-MM-DD --to YYYY-MM-DD [CRITERIA]\n"
+    "                         [--layout client|date|NAME]\n"
+    "\n"
+    "Writes the HTML report of the entries the criteria choose (see 'export --help'),\n"
+    "laid out by the built-in Client or Date layout or a saved layout; by default\n"
+    "the default layout (DefReport), else the built-in Client.\n";
+
+constexpr const char* kLayoutUsage =
+    "usage: quillarbor layout list\n"
+    "       quillarbor layout show NAME|client|date\n"
+    "       quillarbor layout save NAME [--from client|date|NAME] [--set FIELD=VALUE]...\n"
+    "                              [--overwrite]\n"
+    "       quillarbor layout delete NAME\n"
+    "       quillarbor layout rename OLD NEW\n"
+    "       quillarbor layout default NAME|none\n"
+    "\n"
+    "Saved report layouts. show prints name<TAB>value of every field; --set takes\n"
+    "the same names (numbers in decimal or 0x hex). save starts from --from, else\n"
+    "the default layout, prints the record id and needs --overwrite to replace a\n"
+    "layout of that name. default none, client and date clear the default, which\n"
+    "leaves reports with the built-in Client layout.\n";
 
 }  // namespace
 
@@ -148,6 +216,14 @@ const std::vector<Command>& allCommands() {
         {"list", "the entries of a period, as the main window lists them", kListUsage.c_str(),
          runList},
         {"filter", "show and change the entry filter", kFilterUsage, runFilter},
+        {"summary", "the quick summary of a period", kSummaryUsage.c_str(), runSummary},
+        {"backup", "write a backup file, or restore one", kBackupUsage, runBackup},
+        {"archive", "archive entries or clients to a file, or load an archive", kArchiveUsage,
+         runArchive},
+        {"export", "write the chosen entries to a CSV or XML file", kExportUsage, runExport},
+        {"report", "write an HTML report of the chosen entries", kReportUsage, runReport},
+        {"layout", "list, show, save, delete, rename saved report layouts", kLayoutUsage,
+         runLayout},
     };
     return kCommands;
 }

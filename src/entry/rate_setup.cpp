@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "entry/rate_rules.h"
 #include "platform/text.h"
 #include "store/tables.h"
 
@@ -23,6 +24,10 @@ std::vector<RateGroup> rateSetupGroups(MasterTables& tables) {
     }
     for (RateGroup& g : groups) sortRateGroup(g.rates);
     return groups;
+}
+
+std::u16string rateNodeText(const RateRecord& rate) {
+    return rate.description + u" (" + rateText(rate.rate) + u")";
 }
 
 std::vector<RateRecord> ratesForClient(MasterTables& tables, const std::u16string& client) {

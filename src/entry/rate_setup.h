@@ -23,6 +23,10 @@ struct RateGroup {
 void sortRateGroup(std::vector<RateRecord>& rates);
 std::vector<RateGroup> rateSetupGroups(MasterTables& tables);
 
+// A rate's node in the Rate Setup window and in the rate tree:
+// "<description> (<rate as %.02f>)".
+std::u16string rateNodeText(const RateRecord& rate);
+
 // The rates the entry editor's rate tree offers for a client: the default
 // rates, then the client's own (none for an unknown client).
 std::vector<RateRecord> ratesForClient(MasterTables& tables, const std::u16string& client);

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/date_format.h"
@@ -24,13 +25,16 @@ EntryStatus entryStatus(const TimeEntry& entry);
 
 // The display options kept in the 20-byte "ViewCust" setting.
 struct ListDisplay {
-    std::uint32_t entryTimeMode = 0;  // 0 duration+start, 1 duration+start-end, 2 start-end
-    std::uint32_t displayFlags = 0;   // 0x01 client name, 0x02 status icon
+    std::uint32_t entryTimeMode = 0;      // 0 duration+start, 1 duration+start-end, 2 start-end
+    std::uint32_t displayFlags = 0;       // 0x01 client name, 0x02 status icon
     std::uint32_t colour[3] = {0, 0, 0};  // palette index per status; 0 system colour
 
     bool showClientName() const { return displayFlags & 0x01; }
     bool showStatusIcon() const { return displayFlags & 0x02; }
 };
+// The "Entry Time:" choices, by entryTimeMode.
+inline constexpr std::u16string_view kEntryTimeModeNames[] = {
+    u"Duration, Start", u"Duration, Start, End", u"Start, End"};
 ListDisplay listDisplayOf(const Settings& settings);
 void storeListDisplay(const ListDisplay& display, Settings& settings);
 

@@ -24,7 +24,7 @@ inline std::string joined(const Words& words) {
 }
 
 class CliTest : public ::testing::Test {
-protected:
+  protected:
     // Not created beforehand: the first command makes it.
     std::string dataDir() const { return dir_.file("data"); }
     std::string dataFile() const { return dataDir() + "/quillarbor.db"; }
@@ -94,7 +94,7 @@ protected:
         ok({"settings", "set", name, value});
     }
 
-private:
+  private:
     TempDir dir_;
 };
 

@@ -25,55 +25,80 @@ Words with(Words base, const Words& more) {
 
 TEST_F(EntryCli, NewEntryTakesTodayAndTheDefaults) {
     const std::string id = addEntry(kMinimal);
-    EXPECT_EQ(ok({"entry", "show", id}),
-              "id\t" + id +
-                  "\n"
-                  "date\t2026-11-21T00:00:00.000\n"
-                  "client\tAcme\n"
-                  "project\t\n"
-                  "phase\t\n"
-                  "task\tDesign\n"
-                  "duration\t150\n"
-                  "billable\t0\n"
-                  "paid\t0\n"
-                  "currency\tUSD\n"
-                  "rate\t0\n"
-                  "rateType\t0\n"
-                  "billTo\t\n"
-                  "custom1\t\n"
-                  "custom2\t\n"
-                  "custom3\t\n"
-                  "note\t\n"
-                  "amount\t0.00\n");
+    EXPECT_EQ(ok({"entry", "show", id}), "id\t" + id +
+                                             "\n"
+                                             "date\t2026-11-21T00:00:00.000\n"
+                                             "client\tAcme\n"
+                                             "project\t\n"
+                                             "phase\t\n"
+                                             "task\tDesign\n"
+                                             "duration\t150\n"
+                                             "billable\t0\n"
+                                             "paid\t0\n"
+                                             "currency\tUSD\n"
+                                             "rate\t0\n"
+                                             "rateType\t0\n"
+                                             "billTo\t\n"
+                                             "custom1\t\n"
+                                             "custom2\t\n"
+                                             "custom3\t\n"
+                                             "note\t\n"
+                                             "amount\t0.00\n");
 }
 
 TEST_F(EntryCli, EveryFieldIsStoredAndShownInOrder) {
     const std::string id = addEntry(
-        {"--date", "2026-03-04", "--start", "09:30", "--client", "Acme", "--project", "Web",
-         "--phase", "Build", "--task", "Design", "--duration", "2.5", "--billable", "--paid",
-         "--currency", "EUR", "--rate", "40", "--bill-to", "Bob", "--custom1", "c1", "--custom2",
-         "c2", "--custom3", "c3", "--note", "first line\nsecond\r\nthird"});
+        {"--date",    "2026-03-04", "--start",    "09:30",   "--client",
+         "Acme",      "--project",  "Web",        "--phase", "Build",
+         "--task",    "Design",     "--duration", "2.5",     "--billable",
+         "--paid",    "--currency", "EUR",        "--rate",  "40",
+         "--bill-to", "Bob",        "--custom1",  "c1",      "--custom2",
+         "c2",        "--custom3",  "c3",         "--note",  "first line\nsecond\r\nthird"});
     // The start time is marked by seconds = 1.
-    EXPECT_EQ(ok({"entry", "show", id}),
-              "id\t" + id +
-                  "\n"
-                  "date\t2026-03-04T09:30:01.000\n"
-                  "client\tAcme\n"
-                  "project\tWeb\n"
-                  "phase\tBuild\n"
-                  "task\tDesign\n"
-                  "duration\t250\n"
-                  "billable\t1\n"
-                  "paid\t1\n"
-                  "currency\tEUR\n"
-                  "rate\t4000\n"
-                  "rateType\t0\n"
-                  "billTo\tBob\n"
-                  "custom1\tc1\n"
-                  "custom2\tc2\n"
-                  "custom3\tc3\n"
-                  "note\tfirst line\\nsecond\\r\\nthird\n"
-                  "amount\t100.00\n");
+    EXPECT_EQ(ok({"entry", "show", id}), "id\t" + id +
+                                             "\n"
+                                             "date\t2026-03-04T09:30:01.000\n"
+                                             "client\tAcme\n"
+                                             "project\tWeb\n"
+                                             "phase\tBuild\n"
+                                             "task\tDesign\n"
+                                             "duration\t250\n"
+                                             "billable\t1\n"
+                                             "paid\t1\n"
+                                             "currency\tEUR\n"
+                                             "rate\t4000\n"
+                                             "rateType\t0\n"
+                                             "billTo\tBob\n"
+                                             "custom1\tc1\n"
+                                             "custom2\tc2\n"
+                                             "custom3\tc3\n"
+                                             "note\tfirst line\\nsecond\\r\\nthird\n"
+                                             "amount\t100.00\n");
+}
+
+TEST_F(EntryCli, TextBoxesCutAtTheirLengthInCharacters) {
+    const auto many = [](std::size_t n, const std::string& unit) {
+        std::string text;
+        for (std::size_t i = 0; i < n; ++i) text += unit;
+        return text;
+    };
+    const std::string id = addEntry(
+        {"--client", many(130, "é"), "--project", many(127, "é"), "--phase", many(128, "é"),
+         "--task", many(200, "t"), "--duration", "1", "--billable", "--bill-to", many(70, "é"),
+         "--currency", many(20, "€"), "--custom1", many(64, "é"), "--custom2", "Ünïcødé ✓ 😀",
+         // A surrogate pair is never split: 62 + 2 units, cut at 63.
+         "--custom3", many(62, "c") + "😀"});
+    auto e = shown(id);
+    EXPECT_EQ(e["client"], many(127, "é"));
+    EXPECT_EQ(e["project"], many(127, "é"));
+    EXPECT_EQ(e["phase"], many(127, "é"));
+    EXPECT_EQ(e["task"], many(127, "t"));
+    EXPECT_EQ(e["billTo"], many(64, "é"));
+    EXPECT_EQ(e["currency"], many(16, "€"));
+    EXPECT_EQ(e["custom1"], many(63, "é"));
+    EXPECT_EQ(e["custom2"], "Ünïcødé ✓ 😀");
+    EXPECT_EQ(e["custom3"], many(62, "c"));
+    EXPECT_EQ(ok({"client", "list"}), "clientId\tname\n1\t" + many(127, "é") + "\n");
 }
 
 TEST_F(EntryCli, NewEntryDefaultsFollowTheSettings) {
@@ -120,6 +145,7 @@ TEST_F(EntryCli, DurationRuleRoundsUpToTheGranularityThenTruncates) {
         {"16", "15", "1.1", "110"},
         {"16", "15", "1.239", "123"},
         {"16", "15", "0", "0"},
+        {"16", "15", "655.35", "65535"},
         // Commas and extra points pass the letter test; parsing stops there.
         {"16", "15", "1,5", "100"},
         {"16", "15", "2.5.1", "250"},
@@ -158,9 +184,15 @@ TEST_F(EntryCli, RefusalsComeInTheEditorsOrderAndStoreNothing) {
 
 TEST_F(EntryCli, MalformedOptionsAreUsageErrors) {
     const Words cases[] = {
-        {"--date", "2026-02-30"}, {"--date", "21.11.2026"}, {"--start", "24:00"},
-        {"--start", "9:5"},       {"--rate-type", "5"},     {"--rate-type", "x"},
-        {"--frob"},               {"--duration"},           {"stray"},
+        {"--date", "2026-02-30"},
+        {"--date", "21.11.2026"},
+        {"--start", "24:00"},
+        {"--start", "9:5"},
+        {"--rate-type", "5"},
+        {"--rate-type", "x"},
+        {"--frob"},
+        {"--duration"},
+        {"stray"},
     };
     for (const Words& extra : cases) {
         RunResult r = run(with({"entry", "add", "--client", "A", "--task", "T"}, extra));
@@ -196,6 +228,18 @@ TEST_F(EntryCli, RateBoxKeepsHundredthsTruncated) {
     }
 }
 
+TEST_F(EntryCli, NonBillableEntryLeavesTheBillingBoxesOut) {
+    const std::string id =
+        addEntry({"--client", "A", "--task", "T", "--start", "00:00", "--non-billable", "--paid",
+                  "--rate-type", "3", "--rate", "50", "--bill-to", "X", "--currency", "EUR"});
+    auto e = shown(id);
+    // A start of midnight still carries the marker second.
+    EXPECT_EQ(e["date"], "2026-11-21T00:00:01.000");
+    EXPECT_EQ(e["paid"] + " " + e["rateType"] + " " + e["rate"] + " " + e["currency"] + " [" +
+                  e["billTo"] + "]",
+              "0 0 0 USD []");
+}
+
 TEST_F(EntryCli, AmountFollowsRateTypeAndPreciseMinutes) {
     struct Case {
         const char* flags;
@@ -225,9 +269,8 @@ TEST_F(EntryCli, AmountFollowsRateTypeAndPreciseMinutes) {
             addEntry({"--client", "A", "--task", "T", "--billable", "--rate-type", c.rateType,
                       "--rate", c.rate, "--duration", c.duration});
         EXPECT_EQ(field(id, "rateType"), c.rateType);
-        EXPECT_EQ(field(id, "amount"), c.amount)
-            << "flags " << c.flags << " type " << c.rateType << " " << c.rate << " x "
-            << c.duration;
+        EXPECT_EQ(field(id, "amount"), c.amount) << "flags " << c.flags << " type " << c.rateType
+                                                 << " " << c.rate << " x " << c.duration;
     }
 }
 

@@ -15,7 +15,7 @@ constexpr const char* kBlank = "Please enter some text. Blank is not allowed.";
 const std::string kRateHeader = "id\tclientId\tclient\ttype\trate\tdescription\tflag\n";
 
 class MasterCliWithRates : public CliTest {
-protected:
+  protected:
     // rate add; answers the printed id without its LF.
     std::string addRate(const std::string& owner, const std::string& type,
                         const std::string& description, const std::string& rate) {
@@ -27,8 +27,7 @@ protected:
         }
         args.insert(args.end(), {"--type", type, "--description", description, "--rate", rate});
         std::string out = ok(args);
-        EXPECT_TRUE(out.size() > 1 && out.find_first_not_of("0123456789") == out.size() - 1)
-            << out;
+        EXPECT_TRUE(out.size() > 1 && out.find_first_not_of("0123456789") == out.size() - 1) << out;
         if (!out.empty()) out.pop_back();
         return out;
     }
@@ -43,8 +42,8 @@ std::string rateRow(const std::string& id, const std::string& clientId, const st
 }
 
 TEST_F(MasterCli, SavedEntriesTeachClientsProjectsTasksAndContacts) {
-    const Words designForBob = {"--client", "Acme", "--project", "Web", "--task", "Design",
-                                "--duration", "1", "--billable", "--bill-to", "Bob"};
+    const Words designForBob = {"--client",   "Acme", "--project",  "Web",       "--task", "Design",
+                                "--duration", "1",    "--billable", "--bill-to", "Bob"};
     addEntry(designForBob);
     addEntry({"--client", "Acme", "--task", "Review", "--duration", "1", "--billable"});
     // Not billable: the Bill To box is not taken, so no contact.
@@ -74,8 +73,9 @@ TEST_F(MasterCli, NamesDifferingInCaseAreDifferentClients) {
     refused({"client", "add", "Acme"}, "A client named \"Acme\" already exists.");
     refused({"client", "add", ""}, kBlank);
     const std::string list = ok({"client", "list"});
-    EXPECT_EQ(list.size(), std::string("clientId\tname\n1\tacme\n2\tAcme\n3\tACME\n").size())
-        << list;
+    for (const char* row : {"\n1\tacme\n", "\n2\tAcme\n", "\n3\tACME\n"}) {
+        EXPECT_NE(list.find(row), std::string::npos) << list;
+    }
 }
 
 TEST_F(MasterCliWithRates, DeletingAClientCascadesButEntriesKeepItsName) {
@@ -103,8 +103,8 @@ TEST_F(MasterCliWithRates, DeletingAClientCascadesButEntriesKeepItsName) {
 }
 
 TEST_F(MasterCli, ProjectRenameAndDeleteCoverEveryPairOfTheClient) {
-    const std::string entry = addEntry(
-        {"--client", "Acme", "--project", "Web", "--task", "Design", "--duration", "1"});
+    const std::string entry =
+        addEntry({"--client", "Acme", "--project", "Web", "--task", "Design", "--duration", "1"});
     addEntry({"--client", "Acme", "--project", "Web", "--task", "Build", "--duration", "1"});
     addEntry({"--client", "Acme", "--project", "App", "--task", "Design", "--duration", "1"});
     addEntry({"--client", "Globex", "--project", "Web", "--task", "Design", "--duration", "1"});
@@ -140,7 +140,7 @@ TEST_F(MasterCli, TasksAndContactsAddAndDelete) {
         {{"task", "add", "Acme", "Plan"}, "The task \"Plan\" already exists."},
         {{"task", "add", "Acme", ""}, kBlank},
         {{"task", "add", "Nobody", "Plan"}, "There is no client named \"Nobody\"."},
-        {{"task", "add", "Acme", "Spec", "--project", "Web"}, nullptr},
+        {{"task", "add", "Acme", "Sketch", "--project", "Web"}, nullptr},
         {{"task", "add", "Acme", "Draft", "--project", "Web"}, nullptr},
         {{"task", "delete", "Acme", "Draft", "--project", "Web"}, nullptr},
         {{"task", "delete", "Acme", "Draft", "--project", "Web"},
@@ -163,16 +163,16 @@ TEST_F(MasterCli, TasksAndContactsAddAndDelete) {
         }
     }
     EXPECT_EQ(ok({"client", "show", "Acme"}),
-              "client\t1\tAcme\nproject\tWeb\tSpec\ntask\tCheck\ncontact\tBob\n");
+              "client\t1\tAcme\nproject\tWeb\tSketch\ntask\tCheck\ncontact\tBob\n");
 }
 
 TEST_F(MasterCliWithRates, RateDialogChecksAndTruncates) {
     ok({"client", "add", "Acme"});
     const std::string id = addRate("", "0", "Standard", "0.29");
     const std::string empty = addRate("Acme", "1", "Nothing yet", "");
-    const std::string expected =
-        kRateHeader + rateRow(id, "0", "(Default Rates)", "0", "0.28", "Standard") +
-        rateRow(empty, "1", "Acme", "1", "0.00", "Nothing yet");
+    const std::string expected = kRateHeader +
+                                 rateRow(id, "0", "(Default Rates)", "0", "0.28", "Standard") +
+                                 rateRow(empty, "1", "Acme", "1", "0.00", "Nothing yet");
     EXPECT_EQ(ok({"rate", "list"}), expected);
 
     const Words base = {"rate", "add", "--default", "--type", "0"};
@@ -192,9 +192,9 @@ TEST_F(MasterCliWithRates, RateDialogChecksAndTruncates) {
         args.insert(args.end(), r.args.begin(), r.args.end());
         refused(args, r.message);
     }
-    refused({"rate", "add", "--client", "Nobody", "--type", "0", "--description", "X", "--rate",
-             "1"},
-            "There is no client named \"Nobody\".");
+    refused(
+        {"rate", "add", "--client", "Nobody", "--type", "0", "--description", "X", "--rate", "1"},
+        "There is no client named \"Nobody\".");
     EXPECT_EQ(run({"rate", "add", "--default", "--type", "5", "--description", "X", "--rate", "1"})
                   .status,
               2);
@@ -216,10 +216,10 @@ TEST_F(MasterCliWithRates, RateListGroupsDefaultsFirstThenSortsByTypeAndDescript
     const std::string b = addRate("Acme", "1", "B", "80");
     const std::string weekend = addRate("", "2", "Weekend", "70");
     const std::string zed = addRate("Acme", "0", "Zed", "60");
-    const std::string std = addRate("", "0", "Std", "50");
+    const std::string standard = addRate("", "0", "Std", "50");
     const std::string alpha = addRate("Acme", "0", "Alpha", "40");
     EXPECT_EQ(ok({"rate", "list"}),
-              kRateHeader + rateRow(std, "0", "(Default Rates)", "0", "50.00", "Std") +
+              kRateHeader + rateRow(standard, "0", "(Default Rates)", "0", "50.00", "Std") +
                   rateRow(weekend, "0", "(Default Rates)", "2", "70.00", "Weekend") +
                   rateRow(alpha, "2", "Acme", "0", "40.00", "Alpha") +
                   rateRow(zed, "2", "Acme", "0", "60.00", "Zed") +
@@ -267,8 +267,8 @@ TEST_F(MasterCli, SavedEntriesFillTheDropLists) {
         const char* list;
         const char* items;
     } lists[] = {
-        {"phase", "Build\n"},          {"currency", "EUR\nUSD\n"}, {"custom1", "same\nother\n"},
-        {"custom2", "same\n"},         {"custom3", "third\n"},
+        {"phase", "Build\n"},  {"currency", "EUR\nUSD\n"}, {"custom1", "same\nother\n"},
+        {"custom2", "same\n"}, {"custom3", "third\n"},
     };
     for (const auto& l : lists) EXPECT_EQ(ok({"droplist", "list", l.list}), l.items) << l.list;
 }

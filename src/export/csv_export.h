@@ -1,0 +1,29 @@
+#pragma once
+
+// The CSV export: one line per entry, every field in double quotes, values
+// written as they are (a quote inside a value is not doubled), CR LF line
+// ends, the ANSI code page.
+
+#include <string>
+
+#include "export/export_settings.h"
+
+namespace qb {
+
+class EntryTable;
+struct EntryFilter;
+struct TimeEntry;
+
+// The header line, CR LF included, with the user's custom captions.
+std::u16string csvHeader(const Settings& settings);
+// One entry's line, CR LF included.
+std::u16string csvLine(const TimeEntry& entry, const ExportSettings& env);
+// What replaces a CR LF of a note for a BreakSub choice (0-3).
+std::u16string_view lineBreakSubstitute(std::uint16_t breakSub);
+
+// Writes the entries that pass `filter` within its dates. False when the file
+// cannot be created or a write fails; the lines written before stay.
+bool ExportCsv(EntryTable& table, const std::string& fileName, const EntryFilter& filter,
+               const ExportSettings& env);
+
+}  // namespace qb

@@ -1,0 +1,38 @@
+#pragma once
+
+// The XML export: root ITEMS, one ITEM per entry, after a declaration whose
+// encoding label comes from the Encoding setting. The label is only a label:
+// every choice but UTF-16 writes the ANSI code page.
+
+#include <string>
+
+#include "export/export_settings.h"
+
+namespace qb {
+
+class EntryTable;
+class MarkupDocument;
+struct EntryFilter;
+struct TimeEntry;
+
+inline constexpr std::uint16_t kEncodingUtf16 = 2;
+
+// "(Default)", "UTF-8", "UTF-16", "ISO-8859-1", "Big-5", "Shift-JIS" for
+// 0-5; empty for any other index.
+std::u16string_view encodingLabel(std::uint16_t encoding);
+// The declaration line, CR LF included. An index without a label is
+// declared as the default.
+std::u16string xmlDeclaration(std::uint16_t encoding);
+
+// Appends one ITEM under the main position (the ITEMS element).
+void addXmlItem(MarkupDocument& doc, const TimeEntry& entry, const ExportSettings& env);
+// The whole ITEMS document of the entries that pass `filter`.
+MarkupDocument buildXmlDocument(EntryTable& table, const EntryFilter& filter,
+                                const ExportSettings& env);
+
+// Writes the declaration and the document. False when the file cannot be
+// created or a write fails.
+bool ExportXml(EntryTable& table, const std::string& fileName, const EntryFilter& filter,
+               const ExportSettings& env);
+
+}  // namespace qb

@@ -1,0 +1,14 @@
+#include "gui/colours.h"
+
+#include "views/entry_rows.h"
+
+namespace qb {
+
+QColor paletteColour(std::uint32_t index, const QColor& systemText) {
+    if (index == 0 || index >= kPaletteSize) return systemText;
+    const std::uint32_t bgr = kPalette[index];  // 0x00BBGGRR
+    return QColor(static_cast<int>(bgr & 0xFF), static_cast<int>((bgr >> 8) & 0xFF),
+                  static_cast<int>((bgr >> 16) & 0xFF));
+}
+
+}  // namespace qb

@@ -1,0 +1,54 @@
+#include "gui/dialogs/dialog_support.h"
+
+#include <QComboBox>
+#include <QLabel>
+
+#include "entry/rate_rules.h"
+#include "gui/app_state.h"
+#include "platform/calendar.h"
+#include "views/filter_choices.h"
+
+namespace qb {
+
+QDate toQDate(const SYSTEMTIME& date) {
+    return QDate(date.wYear, date.wMonth, date.wDay);
+}
+
+SYSTEMTIME fromQDate(const QDate& date) {
+    return makeDate(date.year(), date.month(), date.day());
+}
+
+void fillChoices(QComboBox* box, const std::vector<std::u16string>& items) {
+    box->clear();
+    box->addItem(toQt(kAllItem));
+    for (const std::u16string& item : items) box->addItem(toQt(item));
+}
+
+void fillRateTypeChoices(QComboBox* box) {
+    box->clear();
+    box->addItem(toQt(kAllItem));
+    for (std::uint16_t type = 0; type < kRateTypeCount; ++type) {
+        box->addItem(toQt(std::u16string(rateTypeName(type))));
+    }
+}
+
+void selectChoice(QComboBox* box, const std::u16string& text) {
+    const int found = text.empty() ? -1 : box->findText(toQt(text), Qt::MatchFixedString);
+    box->setCurrentIndex(found > 0 ? found : 0);
+}
+
+std::u16string chosenText(const QComboBox* box, int bufferChars) {
+    if (box->currentIndex() <= 0) return {};
+    return fromQt(box->currentText().left(bufferChars - 1));
+}
+
+QLabel* makeHeading(const QString& text, QWidget* parent) {
+    auto* label = new QLabel(text, parent);
+    QFont font = label->font();
+    font.setBold(true);
+    font.setPointSizeF(font.pointSizeF() * 1.15);
+    label->setFont(font);
+    return label;
+}
+
+}  // namespace qb

@@ -1,0 +1,36 @@
+#pragma once
+
+// Small pieces the dialogs share: calendar dates in date pickers and the
+// combo boxes with an "(All)" item in front.
+
+#include <QDate>
+#include <string>
+#include <vector>
+
+#include "platform/win_types.h"
+
+class QComboBox;
+class QLabel;
+class QWidget;
+
+namespace qb {
+
+QDate toQDate(const SYSTEMTIME& date);
+// The day at midnight, its day of week filled in.
+SYSTEMTIME fromQDate(const QDate& date);
+
+// "(All)" as item 0, then the items.
+void fillChoices(QComboBox* box, const std::vector<std::u16string>& items);
+// "(All)" then the five rate type names, so that item k is type k - 1.
+void fillRateTypeChoices(QComboBox* box);
+// Selects the item equal to `text` ignoring case, as the device's exact
+// search did, or "(All)" when there is none or the text is empty.
+void selectChoice(QComboBox* box, const std::u16string& text);
+// The chosen text cut to a buffer of `bufferChars` characters with its NUL;
+// empty while "(All)" is chosen.
+std::u16string chosenText(const QComboBox* box, int bufferChars);
+
+// A bold heading for the top of a dialog.
+QLabel* makeHeading(const QString& text, QWidget* parent);
+
+}  // namespace qb

@@ -1,0 +1,319 @@
+#include "gui/entry_list_widget.h"
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QLabel>
+#include <QListWidget>
+#include <QPainter>
+#include <QStackedLayout>
+#include <QStyledItemDelegate>
+#include <QTreeWidget>
+#include <cstring>
+
+#include "gui/app_state.h"
+#include "gui/icons.h"
+#include "store/time_entry.h"
+#include "views/entry_tree.h"
+
+namespace qb {
+namespace {
+
+constexpr int kIdRole = Qt::UserRole;
+constexpr int kLinesRole = Qt::UserRole + 1;
+constexpr int kStatusRole = Qt::UserRole + 2;
+
+QColor fromColorRef(std::uint32_t ref) {
+    return QColor(ref & 0xFF, (ref >> 8) & 0xFF, (ref >> 16) & 0xFF);
+}
+
+// Cuts a line that is too wide to what fits, less two characters, and
+// appends "...".
+QString fitted(const QString& text, const QFontMetrics& metrics, int width) {
+    if (metrics.horizontalAdvance(text) <= width) return text;
+    int fit = 0;
+    while (fit < text.size() && metrics.horizontalAdvance(text.left(fit + 1)) <= width) ++fit;
+    return text.left(std::max(0, fit - 2)) + QStringLiteral("...");
+}
+
+// Draws the default style's rows: three or four lines, the status icon when
+// asked for, the text in the colour chosen for the entry's status.
+class DefaultRowDelegate : public QStyledItemDelegate {
+public:
+    DefaultRowDelegate(AppState& state, QObject* parent)
+        : QStyledItemDelegate(parent), state_(state) {}
+
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const override {
+        int lines = listDisplayOf(state_.settings()).showClientName() ? 4 : 3;
+        return QSize(option.rect.width(), QFontMetrics(option.font).height() * lines + 1 + 6);
+    }
+
+    void paint(QPainter* p, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override {
+        ListDisplay display = listDisplayOf(state_.settings());
+        int status = index.data(kStatusRole).toInt();
+        bool selected = option.state & QStyle::State_Selected;
+        const QPalette& pal = option.palette;
+        p->save();
+        p->fillRect(option.rect, selected ? pal.highlight() : pal.base());
+        std::uint32_t colourIndex = display.colour[status];
+        QColor text = selected ? pal.highlightedText().color()
+                      : colourIndex > 0 && colourIndex < kPaletteSize
+                          ? fromColorRef(kPalette[colourIndex])
+                          : pal.text().color();
+        QRect r = option.rect.adjusted(6, 3, -6, -3);
+        if (display.showStatusIcon()) {
+            int icon = QFontMetrics(option.font).height();
+            statusIcon(status).paint(p, QRect(r.left(), r.top() + 1, icon, icon));
+            r.setLeft(r.left() + icon + 6);
+        }
+        p->setFont(option.font);
+        p->setPen(text);
+        QFontMetrics metrics(option.font);
+        int lineHeight = metrics.height();
+        QStringList lines = index.data(kLinesRole).toStringList();
+        for (int i = 0; i < lines.size(); ++i) {
+            QRect line(r.left(), r.top() + i * lineHeight, r.width(), lineHeight);
+            QFont f = option.font;
+            if (i == 0) f.setBold(true);
+            p->setFont(f);
+            p->drawText(line, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                        fitted(lines[i], QFontMetrics(f), line.width()));
+        }
+        p->setPen(pal.color(QPalette::Midlight));
+        p->drawLine(option.rect.left(), option.rect.bottom(), option.rect.right(),
+                    option.rect.bottom());
+        p->restore();
+    }
+
+private:
+    AppState& state_;
+};
+
+void fillTree(QTreeWidgetItem* parent, QTreeWidget* tree,
+              const std::vector<std::unique_ptr<TreeNode>>& nodes) {
+    for (const auto& node : nodes) {
+        auto* item = parent ? new QTreeWidgetItem(parent) : new QTreeWidgetItem(tree);
+        item->setText(0, toQt(node->text));
+        item->setIcon(0, treeIcon(node->image));
+        item->setData(0, kIdRole, node->recordOid);
+        fillTree(item, tree, node->children);
+    }
+}
+
+}  // namespace
+
+EntryListWidget::EntryListWidget(AppState& state, QWidget* parent)
+    : QWidget(parent), state_(state) {
+    stack_ = new QStackedLayout(this);
+    stack_->setStackingMode(QStackedLayout::StackAll);
+    empty_ = new QLabel(this);
+    empty_->setAlignment(Qt::AlignCenter);
+    empty_->setWordWrap(true);
+    empty_->setTextFormat(Qt::RichText);
+    empty_->setText(tr("<p style='font-size:large'>No entries in this period</p>"
+                       "<p>Choose <b>New</b> to record time, or start one of the "
+                       "<b>Entry Timers</b>.</p>"));
+    empty_->setAttribute(Qt::WA_TransparentForMouseEvents);
+    QPalette pal = empty_->palette();
+    pal.setColor(QPalette::WindowText, pal.color(QPalette::PlaceholderText));
+    empty_->setPalette(pal);
+    stack_->addWidget(empty_);
+}
+
+EntryListWidget::~EntryListWidget() { saveColumns(); }
+
+QAbstractItemView* EntryListWidget::view() const {
+    if (list_) return list_;
+    if (table_) return table_;
+    return tree_;
+}
+
+void EntryListWidget::wire(QAbstractItemView* v) {
+    v->setContextMenuPolicy(Qt::CustomContextMenu);
+    v->setSelectionMode(QAbstractItemView::SingleSelection);
+    connect(v, &QAbstractItemView::activated, this, [this](const QModelIndex& index) {
+        CEOID id = index.data(kIdRole).toUInt();
+        if (id != 0) emit entryActivated(id);
+    });
+    connect(v, &QWidget::customContextMenuRequested, this, [this, v](const QPoint& pos) {
+        QModelIndex index = v->indexAt(pos);
+        if (!index.isValid()) return;
+        v->setCurrentIndex(index);
+        CEOID id = index.data(kIdRole).toUInt();
+        if (id != 0) emit contextMenuRequested(id, v->viewport()->mapToGlobal(pos));
+    });
+    stack_->addWidget(v);
+    stack_->setCurrentWidget(v);
+    empty_->raise();
+}
+
+void EntryListWidget::setListStyle(ListStyle style) {
+    saveColumns();
+    for (QWidget* w : {static_cast<QWidget*>(list_), static_cast<QWidget*>(table_),
+                       static_cast<QWidget*>(tree_)}) {
+        if (w) {
+            stack_->removeWidget(w);
+            delete w;
+        }
+    }
+    list_ = nullptr;
+    table_ = nullptr;
+    tree_ = nullptr;
+    style_ = style;
+    if (style == kSimpleStyle) {
+        table_ = new QTreeWidget(this);
+        table_->setRootIsDecorated(false);
+        table_->setUniformRowHeights(true);
+        table_->setAlternatingRowColors(true);
+        table_->setColumnCount(static_cast<int>(kSimpleColumns));
+        QStringList titles;
+        for (auto t : kSimpleColumnTitles) titles << toQt(std::u16string(t));
+        table_->setHeaderLabels(titles);
+        table_->header()->setSectionsMovable(true);
+        table_->header()->setSectionsClickable(false);
+        table_->header()->setStretchLastSection(false);
+        for (std::size_t i = 0; i < kSimpleColumns; ++i) {
+            table_->setColumnWidth(static_cast<int>(i), kSimpleColumnWidths[i] * logicalDpiX() / 72);
+        }
+        restoreColumns();
+        wire(table_);
+    } else if (style == kTreeStyle) {
+        tree_ = new QTreeWidget(this);
+        tree_->setHeaderHidden(true);
+        tree_->setAnimated(true);
+        wire(tree_);
+    } else {
+        list_ = new QListWidget(this);
+        list_->setItemDelegate(new DefaultRowDelegate(state_, list_));
+        list_->setUniformItemSizes(true);
+        list_->setFrameShape(QFrame::NoFrame);
+        wire(list_);
+    }
+    applyFont();
+}
+
+void EntryListWidget::applyFont() {
+    const Settings& s = state_.settings();
+    QFont f = QApplication::font();
+    f.setPointSize(listFontTenths(s) / 10);
+    f.setWeight(listFontWeight(s) >= kWeightBold ? QFont::DemiBold : QFont::Normal);
+    if (QAbstractItemView* v = view()) v->setFont(f);
+    if (list_) list_->doItemsLayout();
+}
+
+void EntryListWidget::setRows(const std::vector<TimeEntry>& rows, ViewKind viewKind) {
+    CEOID selected = selectedId();
+    ids_.clear();
+    for (const TimeEntry& e : rows) ids_.push_back(e.recordOid);
+    const LocaleInfo& locale = state_.locale();
+    if (list_) {
+        list_->setUpdatesEnabled(false);
+        list_->clear();
+        ListDisplay display = listDisplayOf(state_.settings());
+        for (const TimeEntry& e : rows) {
+            auto* item = new QListWidgetItem(list_);
+            QStringList lines;
+            for (const auto& line : defaultRowLines(e, viewKind, display, locale)) lines << toQt(line);
+            item->setData(kIdRole, e.recordOid);
+            item->setData(kLinesRole, lines);
+            item->setData(kStatusRole, static_cast<int>(entryStatus(e)));
+            item->setToolTip(lines.join(QStringLiteral("\n")));
+        }
+        list_->setUpdatesEnabled(true);
+    } else if (table_) {
+        table_->setUpdatesEnabled(false);
+        table_->clear();
+        for (const TimeEntry& e : rows) {
+            auto* item = new QTreeWidgetItem(table_);
+            auto cells = simpleRowCells(e, locale);
+            for (std::size_t i = 0; i < cells.size(); ++i) {
+                item->setText(static_cast<int>(i), toQt(cells[i]));
+            }
+            item->setTextAlignment(5, Qt::AlignRight | Qt::AlignVCenter);
+            item->setIcon(0, statusIcon(entryStatus(e)));
+            item->setData(0, kIdRole, e.recordOid);
+        }
+        table_->setUpdatesEnabled(true);
+    } else if (tree_) {
+        tree_->setUpdatesEnabled(false);
+        tree_->clear();
+        EntryTree tree(locale, state_.settings());
+        for (const TimeEntry& e : rows) tree.add(e);
+        fillTree(nullptr, tree_, tree.roots());
+        tree_->expandAll();
+        tree_->setUpdatesEnabled(true);
+    }
+    empty_->setVisible(rows.empty());
+    if (selected != 0) select(selected);
+}
+
+CEOID EntryListWidget::selectedId() const {
+    QAbstractItemView* v = view();
+    if (!v || !v->selectionModel() || !v->selectionModel()->hasSelection()) return 0;
+    return v->currentIndex().data(kIdRole).toUInt();
+}
+
+void EntryListWidget::select(CEOID id) {
+    if (list_) {
+        for (int i = 0; i < list_->count(); ++i) {
+            if (list_->item(i)->data(kIdRole).toUInt() == id) {
+                list_->setCurrentRow(i);
+                return;
+            }
+        }
+    } else if (QTreeWidget* t = table_ ? table_ : tree_) {
+        for (QTreeWidgetItemIterator it(t); *it; ++it) {
+            bool taskNode = (*it)->childCount() > 0;
+            if ((*it)->data(0, kIdRole).toUInt() == id && taskNode == (t == tree_)) {
+                t->setCurrentItem(*it);
+                return;
+            }
+        }
+    }
+}
+
+std::vector<CEOID> EntryListWidget::collectIds() const { return ids_; }
+
+// The simple style keeps its column order (44 bytes of eleven indexes) and
+// widths under the application's key.
+void EntryListWidget::saveColumns() {
+    if (!table_) return;
+    auto key = state_.registry().createKey(RegRoot::HKEY_CURRENT_USER, kAppKey);
+    if (!key) return;
+    std::vector<std::uint8_t> order(kSimpleColumns * 4);
+    QHeaderView* header = table_->header();
+    for (std::size_t visual = 0; visual < kSimpleColumns; ++visual) {
+        std::uint32_t logical = static_cast<std::uint32_t>(header->logicalIndex(static_cast<int>(visual)));
+        std::memcpy(order.data() + visual * 4, &logical, 4);
+    }
+    key->setValue("ColOrder", REG_BINARY, order);
+    for (std::size_t i = 0; i < kSimpleColumns; ++i) {
+        key->setDword("Column" + std::to_string(i),
+                      static_cast<std::uint32_t>(table_->columnWidth(static_cast<int>(i))));
+    }
+}
+
+void EntryListWidget::restoreColumns() {
+    auto key = state_.registry().openKey(RegRoot::HKEY_CURRENT_USER, kAppKey);
+    if (!key) return;
+    QHeaderView* header = table_->header();
+    RegValue order;
+    if (key->queryValue("ColOrder", kSimpleColumns * 4, &order) == ERROR_SUCCESS &&
+        order.data.size() == kSimpleColumns * 4) {
+        for (std::size_t visual = 0; visual < kSimpleColumns; ++visual) {
+            std::uint32_t logical = 0;
+            std::memcpy(&logical, order.data.data() + visual * 4, 4);
+            if (logical >= kSimpleColumns) continue;
+            header->moveSection(header->visualIndex(static_cast<int>(logical)),
+                                static_cast<int>(visual));
+        }
+    }
+    for (std::size_t i = 0; i < kSimpleColumns; ++i) {
+        std::uint32_t width = 0;
+        if (key->queryDword("Column" + std::to_string(i), &width) == ERROR_SUCCESS) {
+            table_->setColumnWidth(static_cast<int>(i), static_cast<int>(width & 0xFFFF));
+        }
+    }
+}
+
+}  // namespace qb

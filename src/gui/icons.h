@@ -1,0 +1,26 @@
+#pragma once
+
+// The application's small pictures, drawn rather than loaded so that they
+// stay sharp at any scale.
+
+#include <QIcon>
+
+namespace qb {
+
+// The entry status: 0 non-billable, 1 billable and unpaid, 2 paid.
+QIcon statusIcon(int status);
+// The tree's node pictures, by its image index (0 to 8).
+QIcon treeIcon(int image);
+// The header band's buttons.
+QIcon todayIcon();
+QIcon previousIcon();
+QIcon nextIcon();
+// The tool bar: the timers (idle or running) and the quick summary.
+QIcon timersIcon(bool running);
+QIcon summaryIcon();
+// Rate nodes by rate type, and the rate groups.
+QIcon rateIcon(int rateType);
+QIcon groupIcon();
+QIcon applicationIcon();
+
+}  // namespace qb

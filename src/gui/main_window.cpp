@@ -1,0 +1,462 @@
+#include "gui/main_window.h"
+
+#include <QActionGroup>
+#include <QApplication>
+#include <QMenu>
+#include <QCloseEvent>
+#include <QMenuBar>
+#include <QTimer>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+#include "gui/app_state.h"
+#include "gui/dialogs/about_box.h"
+#include "gui/dialogs/custom_period_dialog.h"
+#include "gui/dialogs/customize_dialog.h"
+#include "gui/dialogs/filter_dialog.h"
+#include "gui/dialogs/options_dialog.h"
+#include "gui/dialogs/preview_window.h"
+#include "gui/dialogs/rate_setup_window.h"
+#include "gui/entry_list_widget.h"
+#include "gui/help.h"
+#include "gui/icons.h"
+#include "gui/message_box.h"
+#include "gui/period_header.h"
+#include "store/time_entry.h"
+#include "views/calendar_helpers.h"
+#include "views/period_rows.h"
+
+namespace qb {
+namespace {
+
+const char* const kArrangeTexts[] = {"(Default Order)", "Client", "Project", "Phase", "Task",
+                                     "Bill To", "Custom 1", "Custom 2", "Custom 3"};
+
+}  // namespace
+
+MainWindow::MainWindow(AppState& state, QWidget* parent) : QMainWindow(parent), state_(state) {
+    setWindowTitle(QStringLiteral("Quillarbor"));
+    setWindowIcon(applicationIcon());
+    auto* central = new QWidget(this);
+    auto* column = new QVBoxLayout(central);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    header_ = new PeriodHeader(central);
+    list_ = new EntryListWidget(state_, central);
+    column->addWidget(header_);
+    column->addWidget(list_, 1);
+    setCentralWidget(central);
+
+    buildMenus();
+    buildToolBar();
+
+    connect(header_, &PeriodHeader::previousRequested, this, [this] {
+        view_->previous();
+        refresh();
+    });
+    connect(header_, &PeriodHeader::nextRequested, this, [this] {
+        view_->next();
+        refresh();
+    });
+    connect(header_, &PeriodHeader::todayRequested, this, [this] {
+        view_->today();
+        refresh();
+    });
+    connect(header_, &PeriodHeader::dateSelected, this, [this](const SYSTEMTIME& d) {
+        view_->selectDate(d);
+        refresh();
+    });
+    connect(list_, &EntryListWidget::entryActivated, this, &MainWindow::openEntry);
+    connect(list_, &EntryListWidget::contextMenuRequested, this, &MainWindow::showContextMenu);
+
+    Settings& s = state_.settings();
+    list_->setListStyle(s.listStyle <= kTreeStyle ? static_cast<ListStyle>(s.listStyle)
+                                                  : kDefaultStyle);
+    ViewKind kind = s.view >= kDayView && s.view <= kCustomView ? static_cast<ViewKind>(s.view)
+                                                                : kWeekView;
+    switchView(kind);
+
+    changeCounter_ = state_.platform().file().externalChangeCounter();
+    changePoll_ = new QTimer(this);
+    connect(changePoll_, &QTimer::timeout, this, &MainWindow::pollForChanges);
+    changePoll_->start(1000);
+    updateMenuStates();
+    resize(760, 640);
+}
+
+MainWindow::~MainWindow() = default;
+
+QAction* MainWindow::addCommand(QMenu* menu, int id, const QString& text, bool checkable) {
+    auto* a = new QAction(text, this);
+    a->setData(id);
+    a->setCheckable(checkable);
+    connect(a, &QAction::triggered, this, [this, id] { runCommand(id); });
+    if (menu) menu->addAction(a);
+    actions_[id] = a;
+    return a;
+}
+
+QAction* MainWindow::action(int id) const {
+    auto it = actions_.find(id);
+    return it == actions_.end() ? nullptr : it->second;
+}
+
+void MainWindow::buildMenus() {
+    QMenu* file = menuBar()->addMenu(tr("&File"));
+    addCommand(file, kCmdNew, QStringLiteral("New"))->setShortcut(QKeySequence::New);
+    file->addSeparator();
+    addCommand(file, kCmdQuit, tr("Quit"))->setShortcut(QKeySequence::Quit);
+
+    QMenu* entry = menuBar()->addMenu(tr("&Entry"));
+    addCommand(entry, kCmdPreview, QStringLiteral("Preview..."));
+    addCommand(entry, kCmdEdit, QStringLiteral("Edit..."))->setShortcut(Qt::Key_Return);
+    addCommand(entry, kCmdCopy, QStringLiteral("Copy..."));
+    addCommand(entry, kCmdExportNote, QStringLiteral("Export Note..."));
+    entry->addSeparator();
+    addCommand(entry, kCmdMarkAsPaid, QStringLiteral("Mark As Paid"), true);
+    entry->addSeparator();
+    addCommand(entry, kCmdDelete, QStringLiteral("Delete"))->setShortcut(QKeySequence::Delete);
+    action(kCmdEdit)->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+
+    QMenu* view = menuBar()->addMenu(tr("&View"));
+    auto* kinds = new QActionGroup(this);
+    const std::pair<int, const char*> kViews[] = {{kCmdDay, "Day"}, {kCmdWeek, "Week"},
+                                                  {kCmdMonth, "Month"},
+                                                  {kCmdCustomPeriod, "Custom Period..."}};
+    for (auto [id, text] : kViews) kinds->addAction(addCommand(view, id, QString::fromLatin1(text), true));
+    view->addSeparator();
+    auto* styles = new QActionGroup(this);
+    styles->addAction(addCommand(view, kCmdDefaultStyle, QStringLiteral("Default List Style"), true));
+    styles->addAction(addCommand(view, kCmdSimpleStyle, QStringLiteral("Simple List Style"), true));
+    styles->addAction(addCommand(view, kCmdTreeStyle, QStringLiteral("Tree List Style"), true));
+    view->addSeparator();
+    addCommand(view, kCmdCustomize, QStringLiteral("Customize..."));
+    QMenu* filter = view->addMenu(QStringLiteral("Filter"));
+    addCommand(filter, kCmdShowAll, QStringLiteral("Show All"));
+    addCommand(filter, kCmdShowUnpaid, QStringLiteral("Show Unpaid Only"));
+    addCommand(filter, kCmdFilterCustom, QStringLiteral("Custom..."));
+    QMenu* arrangeMenu = view->addMenu(QStringLiteral("Arrange By"));
+    arrangeMenu->setObjectName(QStringLiteral("arrangeMenu"));
+    auto* keys = new QActionGroup(this);
+    for (int key = 0; key < kArrangeKeys; ++key) {
+        keys->addAction(addCommand(arrangeMenu, kCmdArrangeDefault + key,
+                                   QString::fromLatin1(kArrangeTexts[key]), true));
+    }
+
+    QMenu* tools = menuBar()->addMenu(tr("&Tools"));
+    addCommand(tools, kCmdMarkPaidEntries, QStringLiteral("Mark Paid Entries..."));
+    addCommand(tools, kCmdReport, QStringLiteral("Report..."));
+    QMenu* exportMenu = tools->addMenu(QStringLiteral("Export"));
+    addCommand(exportMenu, kCmdExportCsv, QStringLiteral("CSV..."));
+    addCommand(exportMenu, kCmdExportXml, QStringLiteral("XML..."));
+    QMenu* backup = tools->addMenu(QStringLiteral("Backup"));
+    addCommand(backup, kCmdBackupCreate, QStringLiteral("Create..."));
+    addCommand(backup, kCmdBackupRestore, QStringLiteral("Restore..."));
+    QMenu* archive = tools->addMenu(QStringLiteral("Archive"));
+    addCommand(archive, kCmdArchiveCreate, QStringLiteral("Create..."));
+    addCommand(archive, kCmdArchiveLoad, QStringLiteral("Load..."));
+    tools->addSeparator();
+    addCommand(tools, kCmdClientSetup, QStringLiteral("Client Setup..."));
+    addCommand(tools, kCmdRateSetup, QStringLiteral("Rate Setup..."));
+    addCommand(tools, kCmdEditDropLists, QStringLiteral("Edit Drop Lists..."));
+    addCommand(tools, kCmdReplaceFieldText, QStringLiteral("Replace Field Text..."));
+    tools->addSeparator();
+    addCommand(tools, kCmdOptions, QStringLiteral("Options..."));
+
+    QMenu* help = menuBar()->addMenu(tr("&Help"));
+    addCommand(help, kCmdHelp, tr("Quillarbor Help"))->setShortcut(QKeySequence::HelpContents);
+    addCommand(help, kCmdAbout, QStringLiteral("About..."));
+
+    for (QMenu* m : {file, entry, view, filter, arrangeMenu, tools, exportMenu, backup, archive, help}) {
+        connect(m, &QMenu::aboutToShow, this, &MainWindow::updateMenuStates);
+    }
+}
+
+void MainWindow::buildToolBar() {
+    QToolBar* bar = addToolBar(tr("Tools"));
+    bar->setObjectName(QStringLiteral("toolBar"));
+    bar->setMovable(false);
+    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    QAction* timers = addCommand(nullptr, kCmdEntryTimers, QStringLiteral("Entry Timers"));
+    timers->setIcon(timersIcon(false));
+    QAction* summary = addCommand(nullptr, kCmdQuickSummary, QStringLiteral("Quick Summary"));
+    summary->setIcon(summaryIcon());
+    bar->addAction(timers);
+    bar->addAction(summary);
+}
+
+void MainWindow::setHandler(int id, std::function<void()> handler) {
+    handlers_[id] = std::move(handler);
+    updateMenuStates();
+}
+
+void MainWindow::updateMenuStates() {
+    const Settings& s = state_.settings();
+    for (auto& [id, a] : actions_) {
+        bool built = handlers_.count(id) > 0;
+        switch (id) {
+            case kCmdNew:
+            case kCmdEdit:
+            case kCmdCopy:
+            case kCmdExportNote:
+            case kCmdMarkPaidEntries:
+            case kCmdReport:
+            case kCmdExportCsv:
+            case kCmdExportXml:
+            case kCmdBackupCreate:
+            case kCmdBackupRestore:
+            case kCmdArchiveCreate:
+            case kCmdArchiveLoad:
+            case kCmdClientSetup:
+            case kCmdEditDropLists:
+            case kCmdReplaceFieldText:
+            case kCmdEntryTimers:
+            case kCmdQuickSummary:
+                a->setEnabled(built);
+                break;
+            default:
+                break;
+        }
+    }
+    action(kCmdDay + static_cast<int>(view_ ? view_->kind() : kWeekView) - 1)->setChecked(true);
+    action(kCmdDefaultStyle + static_cast<int>(list_->listStyle()))->setChecked(true);
+    action(kCmdCustomize)->setEnabled(list_->listStyle() == kDefaultStyle);
+    if (QMenu* arrangeMenu = findChild<QMenu*>(QStringLiteral("arrangeMenu"))) {
+        arrangeMenu->setEnabled(list_->listStyle() != kTreeStyle);
+    }
+    if (s.sort < kArrangeKeys) action(kCmdArrangeDefault + s.sort)->setChecked(true);
+    action(kCmdArrangeDefault + 6)->setText(toQt(s.custom1Caption));
+    action(kCmdArrangeDefault + 7)->setText(toQt(s.custom2Caption));
+    action(kCmdArrangeDefault + 8)->setText(toQt(s.custom3Caption));
+    // The entry commands work on the selected entry.
+    TimeEntry selected;
+    bool has = readSelected(&selected);
+    for (int id : {kCmdPreview, kCmdDelete}) action(id)->setEnabled(has);
+    for (int id : {kCmdEdit, kCmdCopy, kCmdExportNote}) {
+        action(id)->setEnabled(has && handlers_.count(id) > 0);
+    }
+    action(kCmdMarkAsPaid)->setEnabled(has && selected.billable);
+    action(kCmdMarkAsPaid)->setChecked(has && selected.paid);
+}
+
+void MainWindow::runCommand(int id) {
+    if (auto it = handlers_.find(id); it != handlers_.end()) {
+        it->second();
+        return;
+    }
+    if (id >= kCmdArrangeDefault && id < kCmdArrangeDefault + kArrangeKeys) {
+        arrange(static_cast<std::uint16_t>(id - kCmdArrangeDefault));
+        return;
+    }
+    switch (id) {
+        case kCmdDay:
+        case kCmdWeek:
+        case kCmdMonth:
+            switchView(static_cast<ViewKind>(id - 42000));
+            break;
+        case kCmdCustomPeriod:
+            chooseCustomPeriod();
+            break;
+        case kCmdDefaultStyle:
+        case kCmdSimpleStyle:
+        case kCmdTreeStyle:
+            setListStyle(static_cast<ListStyle>(id - kCmdDefaultStyle));
+            break;
+        case kCmdCustomize:
+            customize();
+            break;
+        case kCmdShowAll:
+            setFilter(false);
+            break;
+        case kCmdShowUnpaid:
+            setFilter(true);
+            break;
+        case kCmdFilterCustom:
+            filterDialog();
+            break;
+        case kCmdRateSetup: {
+            RateSetupWindow window(state_, this);
+            window.exec();
+            break;
+        }
+        case kCmdOptions:
+            options();
+            break;
+        case kCmdAbout: {
+            AboutBox about(this);
+            about.exec();
+            break;
+        }
+        case kCmdHelp:
+            openHelp(this, "Main_Contents");
+            break;
+        case kCmdPreview:
+            preview();
+            break;
+        case kCmdMarkAsPaid:
+            togglePaid();
+            break;
+        case kCmdDelete:
+            deleteSelected();
+            break;
+        case kCmdQuit:
+            close();
+            break;
+        default:
+            break;
+    }
+    updateMenuStates();
+}
+
+void MainWindow::switchView(ViewKind kind) {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    SYSTEMTIME start = todayDate();
+    SYSTEMTIME end = start;
+    if (view_) view_->getPeriod(&start, &end);
+    Settings& s = state_.settings();
+    s.view = kind;
+    if (kind == kCustomView && s.periodStart.wMonth != 0) {
+        start = s.periodStart;
+        end = s.periodEnd;
+    }
+    view_ = makePeriodView(kind, s.optionFlags & kWeekStartsMonday);
+    view_->setPeriod(start, end);
+    refresh();
+    QApplication::restoreOverrideCursor();
+}
+
+void MainWindow::updateHeader() {
+    const Settings& s = state_.settings();
+    header_->setLabel(toQt(view_->label(state_.locale())));
+    int week = 0;
+    if (view_->kind() == kWeekView && (s.optionFlags & kShowWeekNumber)) {
+        SYSTEMTIME start = view_->currentDate();
+        if (!(s.optionFlags & kWeekStartsMonday)) addDays(start, 1);
+        week = isoWeekNumber(start);
+    }
+    header_->setWeekNumber(week);
+    header_->setCalendarDate(view_->currentDate(), s.optionFlags & kWeekStartsMonday,
+                             s.optionFlags & kShowWeekNumber);
+}
+
+void MainWindow::refresh() {
+    std::vector<TimeEntry> rows = periodEntries(state_.entries(), *view_, state_.filter());
+    if (list_->listStyle() != kTreeStyle) arrangeEntries(rows, state_.settings().sort);
+    list_->setRows(rows, view_->kind());
+    updateHeader();
+}
+
+void MainWindow::setListStyle(ListStyle style) {
+    state_.settings().listStyle = style;
+    list_->setListStyle(style);
+    switchView(view_->kind());
+}
+
+void MainWindow::arrange(std::uint16_t key) {
+    state_.settings().sort = key;
+    refresh();
+}
+
+void MainWindow::chooseCustomPeriod() {
+    Settings& s = state_.settings();
+    SYSTEMTIME start, end;
+    if (s.periodStart.wMonth != 0) {
+        start = s.periodStart;
+        end = s.periodEnd;
+    } else {
+        view_->getPeriod(&start, &end);
+    }
+    if (!CustomPeriodDialog::choose(this, &start, &end)) return;
+    s.periodStart = start;
+    s.periodEnd = end;
+    switchView(kCustomView);
+}
+
+void MainWindow::customize() {
+    ListDisplay display = listDisplayOf(state_.settings());
+    CustomizeDialog dialog(display, this);
+    if (dialog.exec() != QDialog::Accepted) return;
+    storeListDisplay(display, state_.settings());
+    list_->setListStyle(list_->listStyle());
+    refresh();
+}
+
+void MainWindow::options() {
+    OptionsDialog dialog(state_.settings(), this);
+    if (dialog.exec() != QDialog::Accepted) return;
+    state_.saveSettings();
+    list_->applyFont();
+    switchView(view_->kind());
+}
+
+void MainWindow::setFilter(bool unpaidOnly) {
+    EntryFilter& f = state_.filter();
+    f = unpaidOnly ? unpaidOnlyFilter() : EntryFilter();
+    f.save(state_.registry());
+    refresh();
+}
+
+void MainWindow::filterDialog() {
+    FilterDialog dialog(state_, state_.filter(), this);
+    if (dialog.exec() == QDialog::Accepted) state_.filter().save(state_.registry());
+    refresh();
+}
+
+bool MainWindow::readSelected(TimeEntry* entry) {
+    CEOID id = list_->selectedId();
+    return id != 0 && state_.entries().seekOid(id) && readEntry(state_.entries(), *entry) == 0;
+}
+
+void MainWindow::openEntry(CEOID id) {
+    list_->select(id);
+    runCommand(state_.settings().optionFlags & kTapPreview ? kCmdPreview : kCmdEditMenu);
+}
+
+void MainWindow::showContextMenu(CEOID id, const QPoint& pos) {
+    list_->select(id);
+    updateMenuStates();
+    QMenu menu(this);
+    for (int cmd : {kCmdPreview, kCmdEdit, kCmdCopy, kCmdExportNote}) menu.addAction(action(cmd));
+    menu.addSeparator();
+    menu.addAction(action(kCmdMarkAsPaid));
+    menu.addSeparator();
+    menu.addAction(action(kCmdDelete));
+    menu.exec(pos);
+}
+
+void MainWindow::deleteSelected() {
+    TimeEntry entry;
+    if (!readSelected(&entry)) return;
+    if (!confirm(this, QStringLiteral("Are you sure to permanently delete this item?"))) return;
+    state_.entries().remove(entry.recordOid);
+    refresh();
+}
+
+void MainWindow::togglePaid() {
+    TimeEntry entry;
+    if (!readSelected(&entry) || !entry.billable) return;
+    entry.paid = !entry.paid;
+    if (state_.entries().seekOid(entry.recordOid)) updateEntry(state_.entries(), entry);
+    refresh();
+}
+
+void MainWindow::preview() {
+    TimeEntry entry;
+    if (!readSelected(&entry)) return;
+    PreviewWindow window(state_, entry, this);
+    window.exec();
+}
+
+void MainWindow::pollForChanges() {
+    std::uint64_t counter = state_.platform().file().externalChangeCounter();
+    if (counter == changeCounter_) return;
+    changeCounter_ = counter;
+    refresh();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    state_.saveSettings();
+    event->accept();
+}
+
+}  // namespace qb

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <QMainWindow>
+#include <map>
+#include <memory>
+
+#include "gui/commands.h"
+#include "platform/win_types.h"
+#include "views/entry_rows.h"
+#include "views/period_view.h"
+
+class QAction;
+class QMenu;
+class QTimer;
+
+namespace qb {
+
+class AppState;
+class EntryListWidget;
+class PeriodHeader;
+struct TimeEntry;
+
+// The main frame: menus, tool bar, the period's header band and entry list.
+// Every command arrives at runCommand with its identifier.
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+public:
+    explicit MainWindow(AppState& state, QWidget* parent = nullptr);
+    ~MainWindow() override;
+
+    void runCommand(int id);
+    QAction* action(int id) const;
+    // Brings the menus' checks and grey items up to date, as before a menu
+    // opens.
+    void updateMenuStates();
+
+    PeriodView& periodView() { return *view_; }
+    EntryListWidget& entryList() { return *list_; }
+    PeriodHeader& header() { return *header_; }
+    // Walks the period again and redraws the list.
+    void refresh();
+    // Registers the handler of a command that a later part of the window
+    // brings; commands without one stay grey.
+    void setHandler(int id, std::function<void()> handler);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    QAction* addCommand(QMenu* menu, int id, const QString& text, bool checkable = false);
+    void buildMenus();
+    void buildToolBar();
+    void switchView(ViewKind kind);
+    void setListStyle(ListStyle style);
+    void arrange(std::uint16_t key);
+    void showContextMenu(CEOID id, const QPoint& pos);
+    void openEntry(CEOID id);
+    bool readSelected(TimeEntry* entry);
+    void deleteSelected();
+    void togglePaid();
+    void preview();
+    void chooseCustomPeriod();
+    void customize();
+    void options();
+    void filterDialog();
+    void setFilter(bool unpaidOnly);
+    void pollForChanges();
+    void updateHeader();
+
+    AppState& state_;
+    std::unique_ptr<PeriodView> view_;
+    PeriodHeader* header_;
+    EntryListWidget* list_;
+    std::map<int, QAction*> actions_;
+    std::map<int, std::function<void()>> handlers_;
+    QTimer* changePoll_;
+    std::uint64_t changeCounter_ = 0;
+};
+
+}  // namespace qb
