@@ -66,8 +66,13 @@ int runCommandLine(int argc, char** argv, DesktopLauncher desktop) {
             std::cout << "quillarbor " << QB_VERSION << "\n";
             return kExitOk;
         }
-        if (w == "--quit-after-paint") {  // the desktop's own start-up timing option
+        // The desktop's own options: start-up timing and a picture of the window.
+        if (w == "--quit-after-paint") {
             ++i;
+            continue;
+        }
+        if (w == "--screenshot" && i + 1 < words.size()) {
+            i += 2;
             continue;
         }
         if (w == "--data" && i + 1 < words.size()) {

@@ -20,8 +20,12 @@ bool number(std::string_view text, std::size_t pos, std::size_t len, int* out) {
 
 }  // namespace
 
-std::string u8(std::u16string_view text) { return utf16ToUtf8(text); }
-std::u16string u16(std::string_view text) { return utf8ToUtf16(text); }
+std::string u8(std::u16string_view text) {
+    return utf16ToUtf8(text);
+}
+std::u16string u16(std::string_view text) {
+    return utf8ToUtf16(text);
+}
 
 bool parseDateArg(std::string_view text, SYSTEMTIME* out) {
     int y = 0, m = 0, d = 0;

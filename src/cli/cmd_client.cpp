@@ -84,7 +84,6 @@ int remove(CommandContext& ctx, const Args& args) {
 
 }  // namespace
 
-
 int runClient(CommandContext& ctx) {
     if (ctx.words().empty()) return ctx.usage("client needs list, show, add, rename or delete");
     const std::string& verb = ctx.words()[0];

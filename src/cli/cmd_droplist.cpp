@@ -14,8 +14,11 @@ bool kindOf(const std::string& name, ListKind* out) {
     static const struct {
         const char* name;
         ListKind kind;
-    } kKinds[] = {{"phase", kListPhase},     {"currency", kListCurrency}, {"custom1", kListCustom1},
-                  {"custom2", kListCustom2}, {"custom3", kListCustom3}};
+    } kKinds[] = {{"phase", kListPhase},
+                  {"currency", kListCurrency},
+                  {"custom1", kListCustom1},
+                  {"custom2", kListCustom2},
+                  {"custom3", kListCustom3}};
     for (const auto& k : kKinds) {
         if (name == k.name) {
             *out = k.kind;
@@ -33,11 +36,13 @@ int runDroplist(CommandContext& ctx) {
     const auto& words = args.positional();
     ListKind kind;
     if (words.size() < 2 || !kindOf(words[1], &kind)) {
-        return ctx.usage("droplist needs a command and phase, currency, custom1, custom2 or custom3");
+        return ctx.usage(
+            "droplist needs a command and phase, currency, custom1, custom2 or custom3");
     }
     const std::string& verb = words[0];
     bool needsText = verb == "add" || verb == "delete";
-    if (words.size() != (needsText ? 3u : 2u)) return ctx.usage("wrong number of words for droplist " + verb);
+    if (words.size() != (needsText ? 3u : 2u))
+        return ctx.usage("wrong number of words for droplist " + verb);
     ListTable byKind(ctx.platform(), ListTable::Order::kByKind);
     if (!byKind.open()) return ctx.failed("cannot open the drop lists");
     if (verb == "list") {

@@ -11,6 +11,7 @@
 #include "platform/data_file.h"
 #include "platform/platform.h"
 #include "platform/string_printf.h"
+#include "store/entry_save.h"
 #include "store/tables.h"
 #include "store/time_entry.h"
 
@@ -20,11 +21,11 @@ namespace {
 constexpr std::u16string_view kDeleteQuestion = u"Are you sure to permanently delete this item?";
 
 const std::vector<Args::Option> kFieldOptions = {
-    {"date", true},     {"start", true},        {"no-start", false},  {"client", true},
-    {"project", true},  {"phase", true},        {"task", true},       {"duration", true},
-    {"billable", false}, {"non-billable", false}, {"paid", false},    {"unpaid", false},
-    {"currency", true}, {"rate", true},         {"rate-type", true},  {"bill-to", true},
-    {"custom1", true},  {"custom2", true},      {"custom3", true},    {"note", true},
+    {"date", true},      {"start", true},         {"no-start", false}, {"client", true},
+    {"project", true},   {"phase", true},         {"task", true},      {"duration", true},
+    {"billable", false}, {"non-billable", false}, {"paid", false},     {"unpaid", false},
+    {"currency", true},  {"rate", true},          {"rate-type", true}, {"bill-to", true},
+    {"custom1", true},   {"custom2", true},       {"custom3", true},   {"note", true},
     {"yes", false}};
 
 // Types the given options into the editor's boxes, as a user would.
@@ -48,11 +49,16 @@ bool fillForm(CommandContext& ctx, const Args& args, EntryForm& form) {
         const char* option;
         std::u16string* box;
     };
-    for (TextBox box : {TextBox{"client", &form.client}, {"project", &form.project},
-                        {"phase", &form.phase}, {"task", &form.task},
-                        {"duration", &form.duration}, {"currency", &form.currency},
-                        {"rate", &form.rate}, {"bill-to", &form.billTo},
-                        {"custom1", &form.custom1}, {"custom2", &form.custom2},
+    for (TextBox box : {TextBox{"client", &form.client},
+                        {"project", &form.project},
+                        {"phase", &form.phase},
+                        {"task", &form.task},
+                        {"duration", &form.duration},
+                        {"currency", &form.currency},
+                        {"rate", &form.rate},
+                        {"bill-to", &form.billTo},
+                        {"custom1", &form.custom1},
+                        {"custom2", &form.custom2},
                         {"custom3", &form.custom3}}) {
         if (auto v = args.value(box.option)) *box.box = u16(*v);
     }
@@ -85,13 +91,14 @@ int save(CommandContext& ctx, const Args& args, TimeEntry entry) {
     FormResult result = applyForm(form, ctx.settings(), entry);
     if (!result.ok) return ctx.refused(std::u16string(result.message));
     DataFile& file = ctx.platform().file();
-    if (!file.beginBatch()) return ctx.failed("cannot write to " + file.path());
-    if (!saveEntry(ctx.entries(), entry)) {
-        file.rollbackBatch();
-        return ctx.failed("cannot save the entry in " + file.path());
+    switch (saveEditedEntry(file, ctx.entries(), ctx.masters(), entry)) {
+        case EntrySave::kSaved:
+            break;
+        case EntrySave::kNotStarted:
+            return ctx.failed("cannot write to " + file.path());
+        case EntrySave::kNotSaved:
+            return ctx.failed("cannot save the entry in " + file.path());
     }
-    registerMasterData(ctx.masters(), entry);
-    if (!file.commitBatch()) return ctx.failed("cannot save the entry in " + file.path());
     ctx.out << entry.recordOid << "\n";
     return kExitOk;
 }
@@ -112,9 +119,12 @@ bool readById(CommandContext& ctx, const Args& args, TimeEntry* entry) {
 std::string escapedNote(const std::u16string& text) {
     std::string out;
     for (char c : u8(text)) {
-        if (c == '\r') out += "\\r";
-        else if (c == '\n') out += "\\n";
-        else out.push_back(c);
+        if (c == '\r')
+            out += "\\r";
+        else if (c == '\n')
+            out += "\\n";
+        else
+            out.push_back(c);
     }
     return out;
 }

@@ -123,7 +123,10 @@ int runRate(CommandContext& ctx) {
     const std::string& verb = ctx.words()[0];
     Args args;
     if (!ctx.parse(args, 1,
-                   {{"client", true}, {"default", false}, {"type", true}, {"description", true},
+                   {{"client", true},
+                    {"default", false},
+                    {"type", true},
+                    {"description", true},
                     {"rate", true}})) {
         return kExitRefused;
     }

@@ -26,10 +26,14 @@ void splitKey(std::string key, RegRoot* root, std::string* path) {
 }
 
 bool typeFromName(const std::string& name, RegType* out) {
-    if (name == "dword") *out = REG_DWORD;
-    else if (name == "string") *out = REG_SZ;
-    else if (name == "binary") *out = REG_BINARY;
-    else return false;
+    if (name == "dword")
+        *out = REG_DWORD;
+    else if (name == "string")
+        *out = REG_SZ;
+    else if (name == "binary")
+        *out = REG_BINARY;
+    else
+        return false;
     return true;
 }
 

@@ -27,8 +27,8 @@ int runSummary(CommandContext& ctx) {
     SYSTEMTIME start, end;
     view->getPeriod(&start, &end);
     LocaleInfo locale = loadLocaleInfo(ctx.platform().registry());
-    for (const SummaryRow& row : quickSummary(ctx.entries(), ids, view->kind(), start, end,
-                                              ctx.settings(), locale)) {
+    for (const SummaryRow& row :
+         quickSummary(ctx.entries(), ids, view->kind(), start, end, ctx.settings(), locale)) {
         ctx.out << u8(row[0]) << "\t" << u8(row[1]) << "\t" << u8(row[2]) << "\n";
     }
     return kExitOk;

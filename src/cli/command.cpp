@@ -9,8 +9,7 @@
 namespace qb {
 
 CommandContext::CommandContext(std::string dataDir, std::string command,
-                               std::vector<std::string> words, std::ostream& out,
-                               std::ostream& err)
+                               std::vector<std::string> words, std::ostream& out, std::ostream& err)
     : out(out),
       err(err),
       dataDir_(std::move(dataDir)),

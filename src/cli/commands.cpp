@@ -112,27 +112,30 @@ constexpr const char* kPeriodOptionsHelp =
     "  --select YYYY-MM-DD            pick a date, as on the calendar\n"
     "  --move next,previous,today     navigation steps, in order\n";
 
-const std::string kPeriodUsage = std::string(
-    "usage: quillarbor period [PERIOD]\n"
-    "\n"
-    "Prints the period's label, then its start and end (YYYY-MM-DDTHH:MM:SS).\n\n") +
+const std::string kPeriodUsage =
+    std::string(
+        "usage: quillarbor period [PERIOD]\n"
+        "\n"
+        "Prints the period's label, then its start and end (YYYY-MM-DDTHH:MM:SS).\n\n") +
     kPeriodOptionsHelp;
 
-const std::string kListUsage = std::string(
-    "usage: quillarbor list [PERIOD] [--rows default|simple|tree]\n"
-    "\n"
-    "Prints the entries the main window lists for the period: those that pass\n"
-    "the current filter, arranged by the Sort setting. Without --rows the\n"
-    "columns are id date start client project phase task duration billable\n"
-    "paid currency rate rateType amount billTo custom1 custom2 custom3; with\n"
-    "--rows, what that list style shows.\n\n") +
+const std::string kListUsage =
+    std::string(
+        "usage: quillarbor list [PERIOD] [--rows default|simple|tree]\n"
+        "\n"
+        "Prints the entries the main window lists for the period: those that pass\n"
+        "the current filter, arranged by the Sort setting. Without --rows the\n"
+        "columns are id date start client project phase task duration billable\n"
+        "paid currency rate rateType amount billTo custom1 custom2 custom3; with\n"
+        "--rows, what that list style shows.\n\n") +
     kPeriodOptionsHelp;
 
-const std::string kSummaryUsage = std::string(
-    "usage: quillarbor summary [PERIOD]\n"
-    "\n"
-    "Prints the quick summary of the entries 'list' shows for the period: one\n"
-    "line per row, its three cells separated by tabs.\n\n") +
+const std::string kSummaryUsage =
+    std::string(
+        "usage: quillarbor summary [PERIOD]\n"
+        "\n"
+        "Prints the quick summary of the entries 'list' shows for the period: one\n"
+        "line per row, its three cells separated by tabs.\n\n") +
     kPeriodOptionsHelp;
 
 constexpr const char* kFilterUsage =

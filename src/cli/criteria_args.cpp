@@ -12,8 +12,8 @@ struct TextCriterion {
     std::u16string EntryFilter::*field;
 };
 constexpr TextCriterion kFilterTexts[] = {
-    {"client", &EntryFilter::client}, {"project", &EntryFilter::project},
-    {"phase", &EntryFilter::phase},   {"task", &EntryFilter::task},
+    {"client", &EntryFilter::client},  {"project", &EntryFilter::project},
+    {"phase", &EntryFilter::phase},    {"task", &EntryFilter::task},
     {"bill-to", &EntryFilter::billTo}, {"currency", &EntryFilter::currency},
 };
 constexpr TextCriterion kCustomTexts[] = {
@@ -32,16 +32,17 @@ void fillTexts(const Args& args, EntryFilter* filter, const TextCriterion* begin
 }  // namespace
 
 std::vector<Args::Option> filterOptions() {
-    return {{"client", true},   {"project", true},  {"phase", true},
-            {"task", true},     {"bill-to", true},  {"currency", true},
-            {"rate-type", true}, {"no-unpaid", false}, {"no-paid", false},
-            {"no-non-billable", false}};
+    return {
+        {"client", true},   {"project", true},         {"phase", true},     {"task", true},
+        {"bill-to", true},  {"currency", true},        {"rate-type", true}, {"no-unpaid", false},
+        {"no-paid", false}, {"no-non-billable", false}};
 }
 
 std::vector<Args::Option> criteriaOptions() {
     std::vector<Args::Option> options = filterOptions();
-    options.insert(options.end(), {{"from", true}, {"to", true}, {"custom1", true},
-                                   {"custom2", true}, {"custom3", true}});
+    options.insert(
+        options.end(),
+        {{"from", true}, {"to", true}, {"custom1", true}, {"custom2", true}, {"custom3", true}});
     return options;
 }
 

@@ -14,8 +14,8 @@ bool kindFromName(const std::string& name, ViewKind* out) {
     static const struct {
         const char* name;
         ViewKind kind;
-    } kKinds[] = {{"day", kDayView}, {"week", kWeekView}, {"month", kMonthView},
-                  {"custom", kCustomView}};
+    } kKinds[] = {
+        {"day", kDayView}, {"week", kWeekView}, {"month", kMonthView}, {"custom", kCustomView}};
     for (const auto& k : kKinds) {
         if (name == k.name) {
             *out = k.kind;
@@ -68,9 +68,12 @@ bool periodFromArgs(CommandContext& ctx, const Args& args, std::unique_ptr<Perio
         std::stringstream steps(moves);
         std::string step;
         while (std::getline(steps, step, ',')) {
-            if (step == "next") view->next();
-            else if (step == "previous") view->previous();
-            else if (step == "today") view->today();
+            if (step == "next")
+                view->next();
+            else if (step == "previous")
+                view->previous();
+            else if (step == "today")
+                view->today();
             else {
                 ctx.usage("--move takes next, previous and today, separated by commas");
                 return false;

@@ -14,6 +14,8 @@ bool AppState::open() {
     return true;
 }
 
-bool AppState::saveSettings() { return qb::saveSettings(registry(), settings_); }
+bool AppState::saveSettings() {
+    return qb::saveSettings(registry(), settings_);
+}
 
 }  // namespace qb

@@ -16,7 +16,7 @@
 namespace qb {
 
 class AppState {
-public:
+  public:
     explicit AppState(std::unique_ptr<Platform> platform);
     // Opens the entry table (false: the application cannot run), the master
     // tables, then loads the settings, the filter and the formats.
@@ -31,7 +31,7 @@ public:
     EntryFilter& filter() { return filter_; }
     const LocaleInfo& locale() const { return locale_; }
 
-private:
+  private:
     std::unique_ptr<Platform> platform_;
     EntryTable entries_;
     MasterTables masters_;
@@ -44,6 +44,8 @@ private:
 inline QString toQt(const std::u16string& text) {
     return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
 }
-inline std::u16string fromQt(const QString& text) { return text.toStdU16String(); }
+inline std::u16string fromQt(const QString& text) {
+    return text.toStdU16String();
+}
 
 }  // namespace qb

@@ -18,27 +18,30 @@ namespace {
 // Quits once the first frame is on screen and prints how long that took,
 // for measuring start-up.
 class FirstPaintTimer : public QObject {
-public:
-    FirstPaintTimer(QWidget* window, qint64 startNs) : window_(window), startNs_(startNs) {
+  public:
+    FirstPaintTimer(QWidget* window, qint64 startNs, QString screenshot)
+        : window_(window), startNs_(startNs), screenshot_(std::move(screenshot)) {
         window->installEventFilter(this);
     }
 
-protected:
+  protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (watched == window_ && event->type() == QEvent::Paint && !done_) {
             done_ = true;
             QTimer::singleShot(0, [this] {
                 std::printf("first paint after %.1f ms\n",
                             (QDateTime::currentMSecsSinceEpoch() * 1000000.0 - startNs_) / 1e6);
+                if (!screenshot_.isEmpty()) window_->grab().save(screenshot_);
                 QApplication::quit();
             });
         }
         return false;
     }
 
-private:
+  private:
     QWidget* window_;
     qint64 startNs_;
+    QString screenshot_;
     bool done_ = false;
 };
 
@@ -47,8 +50,13 @@ private:
 int runDesktop(const std::string& dataDir, int argc, char** argv) {
     qint64 startNs = QDateTime::currentMSecsSinceEpoch() * 1000000;
     bool quitAfterPaint = false;
+    QString screenshot;
     for (int i = 1; i < argc; ++i) {
         if (std::strcmp(argv[i], "--quit-after-paint") == 0) quitAfterPaint = true;
+        if (std::strcmp(argv[i], "--screenshot") == 0 && i + 1 < argc) {
+            screenshot = QString::fromLocal8Bit(argv[++i]);
+            quitAfterPaint = true;
+        }
     }
     QApplication app(argc, argv);
     // Qt takes the locale from the environment; the system's number texts
@@ -78,7 +86,8 @@ int runDesktop(const std::string& dataDir, int argc, char** argv) {
         window.raise();
         window.activateWindow();
     });
-    FirstPaintTimer* timer = quitAfterPaint ? new FirstPaintTimer(&window, startNs) : nullptr;
+    FirstPaintTimer* timer =
+        quitAfterPaint ? new FirstPaintTimer(&window, startNs, screenshot) : nullptr;
     window.show();
     int code = app.exec();
     delete timer;

@@ -38,13 +38,13 @@ QString fitted(const QString& text, const QFontMetrics& metrics, int width) {
 // Draws the default style's rows: three or four lines, the status icon when
 // asked for, the text in the colour chosen for the entry's status.
 class DefaultRowDelegate : public QStyledItemDelegate {
-public:
+  public:
     DefaultRowDelegate(AppState& state, QObject* parent)
         : QStyledItemDelegate(parent), state_(state) {}
 
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const override {
         int lines = listDisplayOf(state_.settings()).showClientName() ? 4 : 3;
-        return QSize(option.rect.width(), QFontMetrics(option.font).height() * lines + 1 + 6);
+        return QSize(option.rect.width(), QFontMetrics(option.font).height() * lines + 1 + 8);
     }
 
     void paint(QPainter* p, const QStyleOptionViewItem& option,
@@ -60,7 +60,11 @@ public:
                       : colourIndex > 0 && colourIndex < kPaletteSize
                           ? fromColorRef(kPalette[colourIndex])
                           : pal.text().color();
-        QRect r = option.rect.adjusted(6, 3, -6, -3);
+        // The first line says when and how long; the lines under it are quieter
+        // unless the user chose a colour for the entry's status.
+        QColor secondary =
+            selected || colourIndex != 0 ? text : pal.color(QPalette::PlaceholderText).darker(160);
+        QRect r = option.rect.adjusted(8, 4, -8, -4);
         if (display.showStatusIcon()) {
             int icon = QFontMetrics(option.font).height();
             statusIcon(status).paint(p, QRect(r.left(), r.top() + 1, icon, icon));
@@ -73,11 +77,9 @@ public:
         QStringList lines = index.data(kLinesRole).toStringList();
         for (int i = 0; i < lines.size(); ++i) {
             QRect line(r.left(), r.top() + i * lineHeight, r.width(), lineHeight);
-            QFont f = option.font;
-            if (i == 0) f.setBold(true);
-            p->setFont(f);
+            p->setPen(i == 0 ? text : secondary);
             p->drawText(line, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                        fitted(lines[i], QFontMetrics(f), line.width()));
+                        fitted(lines[i], metrics, line.width()));
         }
         p->setPen(pal.color(QPalette::Midlight));
         p->drawLine(option.rect.left(), option.rect.bottom(), option.rect.right(),
@@ -85,7 +87,7 @@ public:
         p->restore();
     }
 
-private:
+  private:
     AppState& state_;
 };
 
@@ -110,9 +112,10 @@ EntryListWidget::EntryListWidget(AppState& state, QWidget* parent)
     empty_->setAlignment(Qt::AlignCenter);
     empty_->setWordWrap(true);
     empty_->setTextFormat(Qt::RichText);
-    empty_->setText(tr("<p style='font-size:large'>No entries in this period</p>"
-                       "<p>Choose <b>New</b> to record time, or start one of the "
-                       "<b>Entry Timers</b>.</p>"));
+    empty_->setText(
+        tr("<p style='font-size:large'>No entries in this period</p>"
+           "<p>Choose <b>New</b> to record time, or start one of the "
+           "<b>Entry Timers</b>.</p>"));
     empty_->setAttribute(Qt::WA_TransparentForMouseEvents);
     QPalette pal = empty_->palette();
     pal.setColor(QPalette::WindowText, pal.color(QPalette::PlaceholderText));
@@ -120,7 +123,9 @@ EntryListWidget::EntryListWidget(AppState& state, QWidget* parent)
     stack_->addWidget(empty_);
 }
 
-EntryListWidget::~EntryListWidget() { saveColumns(); }
+EntryListWidget::~EntryListWidget() {
+    saveColumns();
+}
 
 QAbstractItemView* EntryListWidget::view() const {
     if (list_) return list_;
@@ -173,7 +178,8 @@ void EntryListWidget::setListStyle(ListStyle style) {
         table_->header()->setSectionsClickable(false);
         table_->header()->setStretchLastSection(false);
         for (std::size_t i = 0; i < kSimpleColumns; ++i) {
-            table_->setColumnWidth(static_cast<int>(i), kSimpleColumnWidths[i] * logicalDpiX() / 72);
+            table_->setColumnWidth(static_cast<int>(i),
+                                   kSimpleColumnWidths[i] * logicalDpiX() / 72);
         }
         restoreColumns();
         wire(table_);
@@ -213,7 +219,8 @@ void EntryListWidget::setRows(const std::vector<TimeEntry>& rows, ViewKind viewK
         for (const TimeEntry& e : rows) {
             auto* item = new QListWidgetItem(list_);
             QStringList lines;
-            for (const auto& line : defaultRowLines(e, viewKind, display, locale)) lines << toQt(line);
+            for (const auto& line : defaultRowLines(e, viewKind, display, locale))
+                lines << toQt(line);
             item->setData(kIdRole, e.recordOid);
             item->setData(kLinesRole, lines);
             item->setData(kStatusRole, static_cast<int>(entryStatus(e)));
@@ -272,7 +279,9 @@ void EntryListWidget::select(CEOID id) {
     }
 }
 
-std::vector<CEOID> EntryListWidget::collectIds() const { return ids_; }
+std::vector<CEOID> EntryListWidget::collectIds() const {
+    return ids_;
+}
 
 // The simple style keeps its column order (44 bytes of eleven indexes) and
 // widths under the application's key.
@@ -283,7 +292,8 @@ void EntryListWidget::saveColumns() {
     std::vector<std::uint8_t> order(kSimpleColumns * 4);
     QHeaderView* header = table_->header();
     for (std::size_t visual = 0; visual < kSimpleColumns; ++visual) {
-        std::uint32_t logical = static_cast<std::uint32_t>(header->logicalIndex(static_cast<int>(visual)));
+        std::uint32_t logical =
+            static_cast<std::uint32_t>(header->logicalIndex(static_cast<int>(visual)));
         std::memcpy(order.data() + visual * 4, &logical, 4);
     }
     key->setValue("ColOrder", REG_BINARY, order);

@@ -21,7 +21,7 @@ struct TimeEntry;
 // id; everything they show comes from the core's row texts.
 class EntryListWidget : public QWidget {
     Q_OBJECT
-public:
+  public:
     EntryListWidget(AppState& state, QWidget* parent = nullptr);
     ~EntryListWidget() override;
 
@@ -42,13 +42,13 @@ public:
     std::vector<CEOID> collectIds() const;
     QAbstractItemView* view() const;
 
-signals:
+  signals:
     // Double-click or Enter on an entry.
     void entryActivated(CEOID id);
     // A right-click (or the menu key) on an entry, at a screen position.
     void contextMenuRequested(CEOID id, const QPoint& globalPos);
 
-private:
+  private:
     void saveColumns();
     void restoreColumns();
     void wire(QAbstractItemView* view);

@@ -2,8 +2,8 @@
 
 #include <QActionGroup>
 #include <QApplication>
-#include <QMenu>
 #include <QCloseEvent>
+#include <QMenu>
 #include <QMenuBar>
 #include <QTimer>
 #include <QToolBar>
@@ -17,6 +17,7 @@
 #include "gui/dialogs/options_dialog.h"
 #include "gui/dialogs/preview_window.h"
 #include "gui/dialogs/rate_setup_window.h"
+#include "gui/entry/entry_work.h"
 #include "gui/entry_list_widget.h"
 #include "gui/help.h"
 #include "gui/icons.h"
@@ -29,8 +30,8 @@
 namespace qb {
 namespace {
 
-const char* const kArrangeTexts[] = {"(Default Order)", "Client", "Project", "Phase", "Task",
-                                     "Bill To", "Custom 1", "Custom 2", "Custom 3"};
+const char* const kArrangeTexts[] = {"(Default Order)", "Client",   "Project",  "Phase",   "Task",
+                                     "Bill To",         "Custom 1", "Custom 2", "Custom 3"};
 
 }  // namespace
 
@@ -72,16 +73,17 @@ MainWindow::MainWindow(AppState& state, QWidget* parent) : QMainWindow(parent), 
     Settings& s = state_.settings();
     list_->setListStyle(s.listStyle <= kTreeStyle ? static_cast<ListStyle>(s.listStyle)
                                                   : kDefaultStyle);
-    ViewKind kind = s.view >= kDayView && s.view <= kCustomView ? static_cast<ViewKind>(s.view)
-                                                                : kWeekView;
+    ViewKind kind =
+        s.view >= kDayView && s.view <= kCustomView ? static_cast<ViewKind>(s.view) : kWeekView;
     switchView(kind);
 
     changeCounter_ = state_.platform().file().externalChangeCounter();
     changePoll_ = new QTimer(this);
     connect(changePoll_, &QTimer::timeout, this, &MainWindow::pollForChanges);
     changePoll_->start(1000);
+    installEntryWork(*this, state_);
     updateMenuStates();
-    resize(760, 640);
+    resize(960, 680);
 }
 
 MainWindow::~MainWindow() = default;
@@ -120,13 +122,16 @@ void MainWindow::buildMenus() {
 
     QMenu* view = menuBar()->addMenu(tr("&View"));
     auto* kinds = new QActionGroup(this);
-    const std::pair<int, const char*> kViews[] = {{kCmdDay, "Day"}, {kCmdWeek, "Week"},
+    const std::pair<int, const char*> kViews[] = {{kCmdDay, "Day"},
+                                                  {kCmdWeek, "Week"},
                                                   {kCmdMonth, "Month"},
                                                   {kCmdCustomPeriod, "Custom Period..."}};
-    for (auto [id, text] : kViews) kinds->addAction(addCommand(view, id, QString::fromLatin1(text), true));
+    for (auto [id, text] : kViews)
+        kinds->addAction(addCommand(view, id, QString::fromLatin1(text), true));
     view->addSeparator();
     auto* styles = new QActionGroup(this);
-    styles->addAction(addCommand(view, kCmdDefaultStyle, QStringLiteral("Default List Style"), true));
+    styles->addAction(
+        addCommand(view, kCmdDefaultStyle, QStringLiteral("Default List Style"), true));
     styles->addAction(addCommand(view, kCmdSimpleStyle, QStringLiteral("Simple List Style"), true));
     styles->addAction(addCommand(view, kCmdTreeStyle, QStringLiteral("Tree List Style"), true));
     view->addSeparator();
@@ -167,7 +172,8 @@ void MainWindow::buildMenus() {
     addCommand(help, kCmdHelp, tr("Quillarbor Help"))->setShortcut(QKeySequence::HelpContents);
     addCommand(help, kCmdAbout, QStringLiteral("About..."));
 
-    for (QMenu* m : {file, entry, view, filter, arrangeMenu, tools, exportMenu, backup, archive, help}) {
+    for (QMenu* m :
+         {file, entry, view, filter, arrangeMenu, tools, exportMenu, backup, archive, help}) {
         connect(m, &QMenu::aboutToShow, this, &MainWindow::updateMenuStates);
     }
 }

@@ -24,7 +24,7 @@ struct TimeEntry;
 // Every command arrives at runCommand with its identifier.
 class MainWindow : public QMainWindow {
     Q_OBJECT
-public:
+  public:
     explicit MainWindow(AppState& state, QWidget* parent = nullptr);
     ~MainWindow() override;
 
@@ -43,10 +43,10 @@ public:
     // brings; commands without one stay grey.
     void setHandler(int id, std::function<void()> handler);
 
-protected:
+  protected:
     void closeEvent(QCloseEvent* event) override;
 
-private:
+  private:
     QAction* addCommand(QMenu* menu, int id, const QString& text, bool checkable = false);
     void buildMenus();
     void buildToolBar();

@@ -45,6 +45,8 @@ bool confirm(QWidget* parent, const QString& text, MessageIcon icon) {
            QMessageBox::Yes;
 }
 
-void setMessageHook(MessageHook h) { hook() = std::move(h); }
+void setMessageHook(MessageHook h) {
+    hook() = std::move(h);
+}
 
 }  // namespace qb

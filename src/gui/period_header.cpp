@@ -69,7 +69,9 @@ PeriodHeader::PeriodHeader(QWidget* parent) : QWidget(parent) {
     connect(next_, &QToolButton::clicked, this, &PeriodHeader::nextRequested);
 }
 
-void PeriodHeader::setLabel(const QString& label) { label_->setText(label); }
+void PeriodHeader::setLabel(const QString& label) {
+    label_->setText(label);
+}
 
 void PeriodHeader::setWeekNumber(int week) {
     week_->setText(week > 0 ? QString::number(week) : QString());

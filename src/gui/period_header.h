@@ -15,7 +15,7 @@ namespace qb {
 // Period and Next Period.
 class PeriodHeader : public QWidget {
     Q_OBJECT
-public:
+  public:
     explicit PeriodHeader(QWidget* parent = nullptr);
 
     void setLabel(const QString& label);
@@ -24,19 +24,19 @@ public:
     void setCalendarDate(const SYSTEMTIME& date, bool mondayFirst, bool weekNumbers);
     QCalendarWidget* calendar() const { return calendar_; }
 
-signals:
+  signals:
     void previousRequested();
     void nextRequested();
     void todayRequested();
     void dateSelected(const SYSTEMTIME& date);
 
-protected:
+  protected:
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
-private:
+  private:
     void showCalendar();
 
     QLabel* label_;

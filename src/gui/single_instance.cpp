@@ -1,11 +1,11 @@
 #include "gui/single_instance.h"
 
+#include <unistd.h>
 #include <QCryptographicHash>
 #include <QDataStream>
 #include <QDir>
 #include <QLocalServer>
 #include <QLocalSocket>
-#include <unistd.h>
 
 namespace qb {
 

@@ -11,17 +11,17 @@ namespace qb {
 // command line to the first and leaves.
 class SingleInstance : public QObject {
     Q_OBJECT
-public:
+  public:
     explicit SingleInstance(const QString& dataDir, QObject* parent = nullptr);
     // True when another instance took the arguments; this one should exit.
     bool handOver(const QStringList& arguments);
     // Starts listening for later starts.
     bool listen();
 
-signals:
+  signals:
     void anotherStart(const QStringList& arguments);
 
-private:
+  private:
     QString name_;
     QLocalServer* server_ = nullptr;
 };

@@ -13,7 +13,8 @@ constexpr std::size_t kShortBuffer = 32;
 bool labelPicture(const LocaleInfo& locale, std::u16string* picture) {
     if (locale.longDate.find(u'\'') != std::u16string::npos) return false;
     *picture = locale.longDate;
-    if (auto at = picture->find(u"MMMM"); at != std::u16string::npos) picture->replace(at, 4, u"MMM");
+    if (auto at = picture->find(u"MMMM"); at != std::u16string::npos)
+        picture->replace(at, 4, u"MMM");
     return true;
 }
 

@@ -21,13 +21,13 @@ struct StoredText {
     std::u16string EntryFilter::*field;
 };
 constexpr StoredText kStoredTexts[] = {
-    {"fClient", &EntryFilter::client},   {"fProject", &EntryFilter::project},
-    {"fPhase", &EntryFilter::phase},     {"fTask", &EntryFilter::task},
+    {"fClient", &EntryFilter::client},     {"fProject", &EntryFilter::project},
+    {"fPhase", &EntryFilter::phase},       {"fTask", &EntryFilter::task},
     {"fCurrency", &EntryFilter::currency}, {"fBillTo", &EntryFilter::billTo},
 };
 
-constexpr const char* kDeletedOnSave[] = {"fClient",  "fProject", "fPhase",    "fCustom1",
-                                          "fCustom2", "fCustom3", "fFlags",    "fBillTo",
+constexpr const char* kDeletedOnSave[] = {"fClient",   "fProject",  "fPhase", "fCustom1",
+                                          "fCustom2",  "fCustom3",  "fFlags", "fBillTo",
                                           "fCurrency", "fRateType", "fTask"};
 
 bool criterionFails(const std::u16string& criterion, const std::u16string& field) {
@@ -36,7 +36,9 @@ bool criterionFails(const std::u16string& criterion, const std::u16string& field
 
 }  // namespace
 
-void EntryFilter::reset() { *this = EntryFilter(); }
+void EntryFilter::reset() {
+    *this = EntryFilter();
+}
 
 FILETIME EntryFilter::rangeStart() const {
     SYSTEMTIME s = start;

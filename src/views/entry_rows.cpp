@@ -19,7 +19,7 @@ const std::uint32_t kPalette[kPaletteSize] = {
     0xC080FF,   0x66CCFF, 0x666699, 0xB4E2FF, 0x33CC66, 0xCCFFCC, 0xCCCCFF};
 
 const std::array<std::u16string_view, kSimpleColumns> kSimpleColumnTitles = {
-    u"Entry Date", u"Client", u"Project",  u"Phase",    u"Task",    u"Duration",
+    u"Entry Date", u"Client",  u"Project",  u"Phase",    u"Task",    u"Duration",
     u"Start Time", u"Bill To", u"Custom 1", u"Custom 2", u"Custom 3"};
 const std::array<int, kSimpleColumns> kSimpleColumnWidths = {80, 100, 100, 50, 100, 50,
                                                              65, 80,  70,  70, 70};
@@ -32,7 +32,9 @@ std::uint32_t word(const std::uint8_t* bytes) {
     return v;
 }
 
-void putWord(std::uint8_t* bytes, std::uint32_t v) { std::memcpy(bytes, &v, 4); }
+void putWord(std::uint8_t* bytes, std::uint32_t v) {
+    std::memcpy(bytes, &v, 4);
+}
 
 std::u16string hours(std::uint16_t duration) {
     return utf8ToUtf16(stringPrintf("%.2f", duration * 0.01));

@@ -84,9 +84,8 @@ void EntryTree::add(const TimeEntry& entry) {
     append(node->children, duration, image)->recordOid = entry.recordOid;
     if (entry.billable) {
         std::string amount = stringPrintf("%.02f", EntryAmount(entry, settings_));
-        std::u16string text = entry.currency.empty()
-                                  ? utf8ToUtf16(amount)
-                                  : entry.currency + u" " + utf8ToUtf16(amount);
+        std::u16string text = entry.currency.empty() ? utf8ToUtf16(amount)
+                                                     : entry.currency + u" " + utf8ToUtf16(amount);
         append(node->children, text, kTreeAmount)->recordOid = entry.recordOid;
     }
 }

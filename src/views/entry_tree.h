@@ -38,13 +38,13 @@ struct TreeNode {
 };
 
 class EntryTree {
-public:
+  public:
     EntryTree(const LocaleInfo& locale, const Settings& settings);
     void add(const TimeEntry& entry);
     void clear() { roots_.clear(); }
     const std::vector<std::unique_ptr<TreeNode>>& roots() const { return roots_; }
 
-private:
+  private:
     const LocaleInfo& locale_;
     const Settings& settings_;
     std::vector<std::unique_ptr<TreeNode>> roots_;

@@ -35,7 +35,7 @@ SYSTEMTIME monthEnd(SYSTEMTIME date, int seconds) {
 }
 
 class DayView : public PeriodView {
-public:
+  public:
     ViewKind kind() const override { return kDayView; }
     void getPeriod(SYSTEMTIME* start, SYSTEMTIME* end) const override {
         *start = date_;
@@ -57,12 +57,12 @@ public:
     }
     SYSTEMTIME currentDate() const override { return date_; }
 
-private:
+  private:
     SYSTEMTIME date_ = todayDate();
 };
 
 class WeekView : public PeriodView {
-public:
+  public:
     explicit WeekView(bool mondayFirst) : mondayFirst_(mondayFirst) { toWeekStart(todayDate()); }
     ViewKind kind() const override { return kWeekView; }
     void getPeriod(SYSTEMTIME* start, SYSTEMTIME* end) const override {
@@ -87,7 +87,7 @@ public:
     }
     SYSTEMTIME currentDate() const override { return start_; }
 
-private:
+  private:
     void toWeekStart(SYSTEMTIME d) {
         weekStart(d, mondayFirst_);
         start_ = withDayOfWeek(d);
@@ -98,7 +98,7 @@ private:
 };
 
 class MonthView : public PeriodView {
-public:
+  public:
     ViewKind kind() const override { return kMonthView; }
     // A month reports its end one minute short of the next month, while its
     // refresh walks to the last second; both are kept as they are.
@@ -128,7 +128,7 @@ public:
     }
     SYSTEMTIME currentDate() const override { return date_; }
 
-private:
+  private:
     // Keeps the day of the month where the new month has it, else its last.
     void step(int months) {
         int day = date_.wDay;
@@ -145,7 +145,7 @@ private:
 };
 
 class CustomPeriodView : public PeriodView {
-public:
+  public:
     ViewKind kind() const override { return kCustomView; }
     void getPeriod(SYSTEMTIME* start, SYSTEMTIME* end) const override {
         *start = start_;
@@ -170,7 +170,7 @@ public:
     SYSTEMTIME endDate() const override { return end_; }
     void setEndDate(const SYSTEMTIME& d) override { end_ = withDayOfWeek(d); }
 
-private:
+  private:
     SYSTEMTIME start_ = todayDate();
     SYSTEMTIME end_ = todayDate();
 };

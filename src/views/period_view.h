@@ -17,7 +17,7 @@ enum ViewKind : std::uint32_t { kDayView = 1, kWeekView = 2, kMonthView = 3, kCu
 std::u16string_view viewKindName(ViewKind kind);
 
 class PeriodView {
-public:
+  public:
     virtual ~PeriodView() = default;
     virtual ViewKind kind() const = 0;
 

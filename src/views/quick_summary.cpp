@@ -85,7 +85,8 @@ std::vector<SummaryRow> quickSummary(EntryTable& table, const std::vector<CEOID>
         {u"Total:", u"", u""},
     };
     for (const auto& [project, hours] : projectHours) {
-        rows.push_back({project, fmt("%.02fh", hours), share("%.1f%%", (100 / totalHours) * hours)});
+        rows.push_back(
+            {project, fmt("%.02fh", hours), share("%.1f%%", (100 / totalHours) * hours)});
     }
     return rows;
 }

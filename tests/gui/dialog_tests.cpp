@@ -21,6 +21,7 @@
 #include "gui/dialogs/criteria_sheet.h"
 #include "gui/dialogs/custom_period_dialog.h"
 #include "gui/dialogs/customize_dialog.h"
+#include "gui/dialogs/dialog_support.h"
 #include "gui/dialogs/filter_dialog.h"
 #include "gui/dialogs/options_dialog.h"
 #include "gui/dialogs/rate_dialog.h"
@@ -259,6 +260,10 @@ void DialogTests::criteriaSheetRangeAndChoices() {
     QVERIFY(f.matches(entry));
     entry.date = lastSecond + 10000000ull;
     QVERIFY(!f.matches(entry));
+
+    // The pickers speak the user's short date.
+    QCOMPARE(child<QDateEdit>(sheet, "start")->displayFormat(), QStringLiteral("M/d/yyyy"));
+    QCOMPARE(qtDatePicture(u"d.M.y 'yy'"), QStringLiteral("d.M.yy 'yy'"));
 
     // Without a preset range the sheet still hands one back.
     CriteriaSheet fresh(*state, EntryFilter());

@@ -353,7 +353,9 @@ TEST(CompoundFileTest, EveryTruncationIsRefusedOrReadsWhatRemains) {
         std::string listing;
         Status s =
             readEverything(Bytes(good.begin(), good.begin() + static_cast<long>(cut)), &listing);
-        if (cut < 512) EXPECT_FALSE(s.isOk()) << cut;
+        if (cut < 512) {
+            EXPECT_FALSE(s.isOk()) << cut;
+        }
     }
 }
 

@@ -35,8 +35,10 @@ AboutBox::AboutBox(QWidget* parent) : QDialog(parent) {
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     auto* layout = new QVBoxLayout(this);
+    layout->setSpacing(fontMetrics().height());
     layout->addLayout(body);
     layout->addWidget(buttons);
+    setMinimumWidth(fontMetrics().averageCharWidth() * 40);
 }
 
 }  // namespace qb

@@ -25,7 +25,7 @@ QComboBox* choices(const char* name, const std::vector<std::u16string>& items,
     auto* box = new QComboBox(parent);
     box->setObjectName(QString::fromLatin1(name));
     box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    box->setMinimumContentsLength(16);
+    box->setMinimumContentsLength(20);
     fillChoices(box, items);
     selectChoice(box, preset);
     if (!preset.empty() && box->currentIndex() == 0) {
@@ -42,8 +42,10 @@ QCheckBox* check(const char* text, const char* name, bool on, QWidget* parent) {
     return box;
 }
 
-QDateEdit* datePicker(const char* name, const SYSTEMTIME& day, QWidget* parent) {
+QDateEdit* datePicker(const char* name, const SYSTEMTIME& day, const LocaleInfo& locale,
+                      QWidget* parent) {
     auto* picker = new QDateEdit(toQDate(day), parent);
+    picker->setDisplayFormat(qtDatePicture(locale.shortDate));
     picker->setObjectName(QString::fromLatin1(name));
     picker->setCalendarPopup(true);
     return picker;
@@ -74,8 +76,8 @@ QWidget* CriteriaSheet::makeCriteriaPage(AppState& state, const EntryFilter& pre
         const SYSTEMTIME now = localNow();
         first = last = makeDate(now.wYear, now.wMonth, now.wDay);
     }
-    start_ = datePicker("start", first, page);
-    end_ = datePicker("end", last, page);
+    start_ = datePicker("start", first, state.locale(), page);
+    end_ = datePicker("end", last, state.locale(), page);
     client_ = choices("client", items.clients, preset.client, page);
     project_ = choices("project", items.projects, preset.project, page);
     phase_ = choices("phase", items.phases, preset.phase, page);

@@ -40,6 +40,9 @@ QComboBox* makeColourPicker(std::uint32_t current, QWidget* parent) {
     const QSize size(48, 16);
     box->setIconSize(size);
     box->setMaxVisibleItems(6);
+    // Without this the style pops the whole palette up as a menu, ignoring
+    // the six visible rows.
+    box->setStyleSheet(QStringLiteral("QComboBox { combobox-popup: 0; }"));
     const QColor text = box->palette().color(QPalette::Text);
     const QColor frame = box->palette().color(QPalette::Mid);
     for (std::uint32_t i = 0; i < kPaletteSize; ++i) {

@@ -18,6 +18,24 @@ SYSTEMTIME fromQDate(const QDate& date) {
     return makeDate(date.year(), date.month(), date.day());
 }
 
+QString qtDatePicture(const std::u16string& picture) {
+    QString out;
+    bool quoted = false;
+    for (std::size_t i = 0; i < picture.size(); ++i) {
+        const char16_t c = picture[i];
+        if (c == u'\'') quoted = !quoted;
+        if (quoted || c != u'y') {
+            out += QChar(c);
+            continue;
+        }
+        std::size_t run = 1;
+        while (i + run < picture.size() && picture[i + run] == u'y') ++run;
+        out += run <= 2 ? QStringLiteral("yy") : QStringLiteral("yyyy");
+        i += run - 1;
+    }
+    return out;
+}
+
 void fillChoices(QComboBox* box, const std::vector<std::u16string>& items) {
     box->clear();
     box->addItem(toQt(kAllItem));

@@ -19,6 +19,10 @@ QDate toQDate(const SYSTEMTIME& date);
 // The day at midnight, its day of week filled in.
 SYSTEMTIME fromQDate(const QDate& date);
 
+// The user's date picture in a date picker's terms: the same letters, but
+// a year of one or two letters becomes "yy" and a longer one "yyyy".
+QString qtDatePicture(const std::u16string& picture);
+
 // "(All)" as item 0, then the items.
 void fillChoices(QComboBox* box, const std::vector<std::u16string>& items);
 // "(All)" then the five rate type names, so that item k is type k - 1.

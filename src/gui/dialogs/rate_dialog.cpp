@@ -50,7 +50,7 @@ RateDialog::RateDialog(const RateRecord* initial, QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(form);
     layout->addWidget(buttons);
-    setMinimumWidth(fontMetrics().averageCharWidth() * 44);
+    setMinimumWidth(fontMetrics().averageCharWidth() * 56);
 }
 
 void RateDialog::accept() {

@@ -1,0 +1,553 @@
+// The entry editor, the entry timers and the quick summary, driven as a user
+// would: type into the boxes, switch pages, press the buttons, read the
+// messages and then the store.
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTableWidget>
+#include <QTest>
+#include <QTimeEdit>
+#include <QTimer>
+#include <QTreeWidget>
+#include <functional>
+#include <memory>
+
+#include "entry/entry_form.h"
+#include "entry/entry_timers.h"
+#include "entry/note_text.h"
+#include "entry/rate_rules.h"
+#include "gui/app_state.h"
+#include "gui/commands.h"
+#include "gui/entry/entry_editor.h"
+#include "gui/entry/entry_work.h"
+#include "gui/entry/note_editor.h"
+#include "gui/entry/set_times_dialog.h"
+#include "gui/entry/summary_dialog.h"
+#include "gui/entry/timers_window.h"
+#include "gui/entry_list_widget.h"
+#include "gui/gui_test_registry.h"
+#include "gui/main_window.h"
+#include "gui/message_box.h"
+#include "platform/calendar.h"
+#include "store/master_data.h"
+#include "store/tables.h"
+#include "store/time_entry.h"
+#include "views/quick_summary.h"
+
+namespace qb {
+namespace {
+
+std::unique_ptr<AppState> makeState() {
+    auto state = std::make_unique<AppState>(Platform::inMemory());
+    if (!state->open()) return nullptr;
+    state->settings() = defaultSettings();
+    MasterTables& m = state->masters();
+    ClientId acme = 0;
+    ClientId bolt = 0;
+    addClient(m.clients, u"Acme", &acme);
+    addClient(m.clients, u"Bolt", &bolt);
+    addProjectTask(m.projects, acme, u"Web", u"Design");
+    addProjectTask(m.projects, bolt, u"App", u"Build");
+    addTask(m.tasks, bolt, u"Support");
+    addContact(m.contacts, acme, u"Alice");
+    addRate(m.rates, kNormalRate, 50.0, kDefaultRatesClient, u"Standard", false);
+    addRate(m.rates, kOvertimeRate, 75.0, acme, u"Late", false);
+    return state;
+}
+
+// Captures every message instead of showing it; `answer` is pressed.
+class Messages {
+  public:
+    explicit Messages(QMessageBox::StandardButton answer = QMessageBox::Ok) {
+        setMessageHook([this, answer](const MessageRequest& r) {
+            shown.push_back(r);
+            return answer;
+        });
+    }
+    ~Messages() { setMessageHook(nullptr); }
+    QStringList texts() const {
+        QStringList t;
+        for (const MessageRequest& r : shown) t << r.text;
+        return t;
+    }
+    std::vector<MessageRequest> shown;
+};
+
+// Acts on the dialog of type D once a window opens it modally.
+template <typename D>
+void whenModal(std::function<void(D*)> act) {
+    auto* timer = new QTimer;
+    timer->setInterval(5);
+    QObject::connect(timer, &QTimer::timeout, [timer, act] {
+        if (auto* dialog = qobject_cast<D*>(QApplication::activeModalWidget())) {
+            timer->stop();
+            timer->deleteLater();
+            act(dialog);
+        }
+    });
+    timer->start();
+}
+
+template <typename W>
+W* child(QWidget& parent, const char* name) {
+    W* w = parent.findChild<W*>(QString::fromLatin1(name));
+    if (!w) qWarning("no child %s", name);
+    return w;
+}
+
+// Replaces a box's text as a user would: select all, type.
+void type(QWidget& parent, const char* name, const QString& text) {
+    QLineEdit* line = nullptr;
+    if (auto* box = parent.findChild<QComboBox*>(QString::fromLatin1(name))) {
+        line = box->lineEdit();
+    } else {
+        line = child<QLineEdit>(parent, name);
+    }
+    QVERIFY2(line, name);
+    line->selectAll();
+    line->del();
+    QTest::keyClicks(line, text);
+}
+
+void pressOk(QDialog& dialog) {
+    auto* buttons = dialog.findChild<QDialogButtonBox*>();
+    QVERIFY(buttons);
+    QTest::mouseClick(buttons->button(QDialogButtonBox::Ok), Qt::LeftButton);
+}
+
+void click(QWidget& parent, const char* name) {
+    auto* button = child<QPushButton>(parent, name);
+    QVERIFY2(button, name);
+    QTest::mouseClick(button, Qt::LeftButton);
+}
+
+bool focusIn(QWidget& window, const char* name) {
+    QWidget* target = window.findChild<QWidget*>(QString::fromLatin1(name));
+    QWidget* focus = window.focusWidget();
+    return target && focus && (focus == target || target->isAncestorOf(focus));
+}
+
+QStringList itemsOf(QComboBox* box) {
+    QStringList items;
+    for (int i = 0; i < box->count(); ++i) items << box->itemText(i);
+    return items;
+}
+
+TimeEntry storedEntry(AppState& state, CEOID id) {
+    TimeEntry e;
+    if (!state.entries().seekOid(id) || readEntry(state.entries(), e) != 0) return TimeEntry();
+    return e;
+}
+
+std::size_t entryCount(AppState& state) {
+    std::size_t n = 0;
+    for (bool more = state.entries().seekFirst(); more; more = state.entries().seekNext()) ++n;
+    return n;
+}
+
+FILETIME fileTime(const SYSTEMTIME& st) {
+    FILETIME ft = 0;
+    systemTimeToFileTime(st, &ft);
+    return ft;
+}
+
+constexpr FILETIME kSecond = 10000000ull;
+
+}  // namespace
+
+class EntryTests : public QObject {
+    Q_OBJECT
+
+  private slots:
+    void editorRefusesInTurnThenSavesWithMasterData();
+    void editorListsAndBillingPageFollowTheClient();
+    void setTimesProposesAndTakesTheSpan();
+    void timerRecordsPausesAndBecomesAnEntry();
+    void timerResetAsksAndNotesFollowTheSelector();
+    void summaryShowsTheListsRows();
+};
+
+void EntryTests::editorRefusesInTurnThenSavesWithMasterData() {
+    auto state = makeState();
+    QVERIFY(state);
+    Messages messages;
+    EntryEditor editor(*state, prepareEntry(nullptr, state->settings(), makeDate(2026, 3, 9)));
+    editor.show();
+    QVERIFY(QTest::qWaitForWindowActive(&editor));
+    QCOMPARE(editor.windowTitle(), QStringLiteral("Quillarbor"));
+    auto* pages = child<QTabWidget>(editor, "pages");
+    QStringList tabs;
+    for (int i = 0; i < pages->count(); ++i) tabs << pages->tabText(i);
+    QCOMPARE(tabs, (QStringList{"General", "Billing", "Custom", "Notes"}));
+
+    // Leaving General without a client is refused, and the page stays.
+    pages->setCurrentIndex(1);
+    QCOMPARE(pages->currentIndex(), 0);
+    QVERIFY(focusIn(editor, "client"));
+    type(editor, "client", QStringLiteral("Cobalt"));
+    type(editor, "duration", QString());
+    pages->setCurrentIndex(2);
+    QCOMPARE(pages->currentIndex(), 0);
+    QVERIFY(focusIn(editor, "duration"));
+
+    // OK meets the task, then letters in the duration, then in the rate.
+    type(editor, "duration", QStringLiteral("1.5"));
+    pressOk(editor);
+    QVERIFY(focusIn(editor, "task"));
+    type(editor, "project", QStringLiteral("Site"));
+    type(editor, "task", QStringLiteral("Survey"));
+    type(editor, "phase", QStringLiteral("Review"));
+    type(editor, "duration", QStringLiteral("1h"));
+    pressOk(editor);
+    QVERIFY(focusIn(editor, "duration"));
+    type(editor, "duration", QStringLiteral("1.5"));
+    pages->setCurrentIndex(1);
+    QCOMPARE(pages->currentIndex(), 1);
+    child<QCheckBox>(editor, "billable")->setChecked(true);
+    type(editor, "billTo", QStringLiteral("Carol"));
+    type(editor, "rate", QStringLiteral("6o"));
+    pages->setCurrentIndex(0);
+    pressOk(editor);
+    QCOMPARE(pages->currentIndex(), 1);  // the page of the rate box
+    QVERIFY(focusIn(editor, "rate"));
+    QCOMPARE(messages.texts(),
+             (QStringList{QString::fromStdU16String(std::u16string(kClientBlankMessage)),
+                          QString::fromStdU16String(std::u16string(kDurationBlankMessage)),
+                          QString::fromStdU16String(std::u16string(kTaskBlankMessage)),
+                          QString::fromStdU16String(std::u16string(kNumericOnlyMessage)),
+                          QString::fromStdU16String(std::u16string(kNumericOnlyMessage))}));
+    for (const MessageRequest& r : messages.shown) QCOMPARE(r.icon, MessageIcon::kExclamation);
+    QVERIFY(!editor.saved());
+    QCOMPARE(entryCount(*state), std::size_t(0));
+
+    type(editor, "rate", QStringLiteral("60"));
+    pages->setCurrentIndex(2);
+    type(editor, "custom1", QStringLiteral("South"));
+    pages->setCurrentIndex(3);
+    QTest::keyClicks(child<QPlainTextEdit>(editor, "noteText"), "Met on site");
+    pressOk(editor);
+    QVERIFY(editor.saved());
+    QCOMPARE(messages.shown.size(), std::size_t(5));
+
+    const TimeEntry saved = storedEntry(*state, editor.entry().recordOid);
+    QVERIFY(saved.client == u"Cobalt" && saved.project == u"Site" && saved.task == u"Survey");
+    QCOMPARE(saved.duration, std::uint16_t(150));
+    QVERIFY(saved.billable && saved.billTo == u"Carol" && saved.currency == u"USD");
+    QCOMPARE(saved.rate, 6000u);
+    QCOMPARE(saved.rateType, std::uint16_t(kNormalRate));
+    QVERIFY(saved.custom1 == u"South");
+    QVERIFY(noteText(saved) == u"Met on site");
+    QVERIFY(!hasStartTime(saved));
+
+    // What the master data learned, committed with the entry.
+    MasterTables& m = state->masters();
+    const ClientId cobalt = clientIdOf(m.clients, u"Cobalt");
+    QVERIFY(cobalt != kNoClient);
+    const auto projects = projectsOf(m.projects, cobalt);
+    QCOMPARE(projects.size(), std::size_t(1));
+    QVERIFY(projects[0].project == u"Site" && projects[0].task == u"Survey");
+    QCOMPARE(namesOf(m.contacts, cobalt).size(), std::size_t(1));
+    ListTable lists(state->platform(), ListTable::Order::kByKind);
+    QVERIFY(lists.open());
+    QVERIFY(lists.findItem(kListPhase, u"Review") != 0);
+    QVERIFY(lists.findItem(kListCustom1, u"South") != 0);
+
+    // Edited again and saved over the same record.
+    EntryEditor again(*state, prepareEntry(&saved, state->settings(), localNow()));
+    QCOMPARE(child<QComboBox>(again, "duration")->currentText(), QStringLiteral("1.50"));
+    QCOMPARE(child<QLineEdit>(again, "rate")->text(), QStringLiteral("60.00"));
+    type(again, "duration", QStringLiteral("2"));
+    pressOk(again);
+    QVERIFY(again.saved());
+    QCOMPARE(again.entry().recordOid, saved.recordOid);
+    QCOMPARE(entryCount(*state), std::size_t(1));
+    QCOMPARE(storedEntry(*state, saved.recordOid).duration, std::uint16_t(200));
+}
+
+void EntryTests::editorListsAndBillingPageFollowTheClient() {
+    auto state = makeState();
+    QVERIFY(state);
+    Messages messages;
+    TimeEntry late = prepareEntry(nullptr, state->settings(), makeDate(2026, 3, 9));
+    late.client = u"Acme";
+    late.task = u"Design";
+    late.duration = 100;
+    late.billable = true;
+    late.rate = 7500;
+    late.rateType = kOvertimeRate;
+    late.recordOid = 0;
+    EntryEditor editor(*state, late);
+
+    auto* duration = child<QComboBox>(editor, "duration");
+    QCOMPARE(duration->count(), 24);
+    QCOMPARE(duration->itemText(0), QStringLiteral("0.50"));
+    QCOMPARE(duration->itemText(23), QStringLiteral("12.00"));
+    QCOMPARE(child<QComboBox>(editor, "client")->lineEdit()->maxLength(), 127);
+    QCOMPARE(duration->lineEdit()->maxLength(), 6);
+    QCOMPARE(itemsOf(child<QComboBox>(editor, "project")), QStringList{"Web"});
+    child<QComboBox>(editor, "client")->setCurrentText(QStringLiteral("Bolt"));
+    QCOMPARE(itemsOf(child<QComboBox>(editor, "project")), QStringList{"App"});
+    QCOMPARE(itemsOf(child<QComboBox>(editor, "task")), (QStringList{"Support", "Build"}));
+    child<QComboBox>(editor, "project")->setCurrentText(QStringLiteral("App"));
+    QCOMPARE(itemsOf(child<QComboBox>(editor, "task")), QStringList{"Build"});
+    QCOMPARE(child<QComboBox>(editor, "task")->currentText(), QStringLiteral("Design"));
+
+    // Back to Acme: the tree holds its rates and selects the one the entry
+    // was priced at; "Fixed" belongs to the custom rate only.
+    child<QComboBox>(editor, "client")->setCurrentText(QStringLiteral("Acme"));
+    auto* pages = child<QTabWidget>(editor, "pages");
+    pages->setCurrentIndex(1);
+    auto* tree = child<QTreeWidget>(editor, "rateTree");
+    QCOMPARE(tree->topLevelItemCount(), 3);
+    QCOMPARE(tree->currentItem()->text(0), QStringLiteral("Late (75.00)"));
+    auto* fixed = child<QCheckBox>(editor, "fixed");
+    QVERIFY(!fixed->isEnabled());
+    QCOMPARE(itemsOf(child<QComboBox>(editor, "billTo")), QStringList{"Alice"});
+    QCOMPARE(child<QLineEdit>(editor, "total")->text(), QStringLiteral("USD75.00"));
+
+    tree->setCurrentItem(tree->topLevelItem(0));
+    QVERIFY(fixed->isEnabled());
+    type(editor, "rate", QStringLiteral("150"));
+    fixed->setChecked(true);
+    type(editor, "duration", QStringLiteral("x"));  // not on this page; not read by Calculate
+    click(editor, "calculate");
+    QCOMPARE(child<QLineEdit>(editor, "total")->text(), QStringLiteral("USD150.00"));
+    tree->setCurrentItem(tree->topLevelItem(1)->child(0));
+    QCOMPARE(child<QLineEdit>(editor, "rate")->text(), QStringLiteral("50.00"));
+
+    // Not billable: the page's other controls go grey.
+    child<QCheckBox>(editor, "billable")->setChecked(false);
+    for (const char* name :
+         {"paid", "billTo", "rateTree", "currency", "rate", "calculate", "fixed"}) {
+        QVERIFY2(!child<QWidget>(editor, name)->isEnabled(), name);
+    }
+    QVERIFY(messages.shown.empty());
+
+    // An OK that never visits Billing keeps the entry's rate and its type.
+    EntryEditor untouched(*state, late);
+    type(untouched, "duration", QStringLiteral("3"));
+    pressOk(untouched);
+    QVERIFY(untouched.saved());
+    const TimeEntry saved = storedEntry(*state, untouched.entry().recordOid);
+    QCOMPARE(saved.rate, 7500u);
+    QCOMPARE(saved.rateType, std::uint16_t(kOvertimeRate));
+    QCOMPARE(saved.duration, std::uint16_t(300));
+}
+
+void EntryTests::setTimesProposesAndTakesTheSpan() {
+    auto state = makeState();
+    QVERIFY(state);
+    Messages messages;
+    EntryEditor editor(*state, prepareEntry(nullptr, state->settings(), makeDate(2026, 3, 9)));
+    child<QCheckBox>(editor, "hasStart")->setChecked(true);
+    child<QTimeEdit>(editor, "start")->setTime(QTime(23, 30));
+    type(editor, "duration", QString());
+    click(editor, "setTimes");
+    QCOMPARE(messages.texts(),
+             QStringList{QString::fromStdU16String(std::u16string(kDurationBlankMessage))});
+
+    // 0.17 hours proposes an end ten minutes on; an end past midnight is
+    // taken on the next day.
+    type(editor, "duration", QStringLiteral("0.17"));
+    QTime proposedStart, proposedEnd;
+    whenModal<SetTimesDialog>([&](SetTimesDialog* d) {
+        proposedStart = d->findChild<QTimeEdit*>(QStringLiteral("startTime"))->time();
+        proposedEnd = d->findChild<QTimeEdit*>(QStringLiteral("endTime"))->time();
+        d->findChild<QTimeEdit*>(QStringLiteral("endTime"))->setTime(QTime(0, 15));
+        pressOk(*d);
+    });
+    click(editor, "setTimes");
+    QCOMPARE(proposedStart, QTime(23, 30));
+    QCOMPARE(proposedEnd, QTime(23, 40));
+    QCOMPARE(child<QComboBox>(editor, "duration")->currentText(), QStringLiteral("0.75"));
+    QCOMPARE(child<QTimeEdit>(editor, "start")->time(), QTime(23, 30));
+
+    type(editor, "client", QStringLiteral("Acme"));
+    type(editor, "task", QStringLiteral("Design"));
+    pressOk(editor);
+    QVERIFY(editor.saved());
+    const TimeEntry saved = storedEntry(*state, editor.entry().recordOid);
+    QCOMPARE(saved.duration, std::uint16_t(75));
+    QVERIFY(hasStartTime(saved));
+    SYSTEMTIME st{};
+    QVERIFY(fileTimeToSystemTime(saved.date, &st));
+    QCOMPARE(int(st.wHour), 23);
+    QCOMPARE(int(st.wMinute), 30);
+    QCOMPARE(int(st.wDay), 9);
+}
+
+void EntryTests::timerRecordsPausesAndBecomesAnEntry() {
+    auto state = makeState();
+    QVERIFY(state);
+    Messages messages;
+    MainWindow window(*state);
+    auto* work = window.findChild<EntryWork*>();
+    QVERIFY(work);
+    for (int id : {kCmdNew, kCmdEntryTimers, kCmdQuickSummary}) {
+        QVERIFY(window.action(id)->isEnabled());
+    }
+    const FILETIME t0 = fileTime(localNow());
+    QString startShown, clockAfterPause, clockAfterResume;
+    bool pauseChecked = false;
+    bool buttonsWhileRecording = false;
+
+    whenModal<EntryEditor>([](EntryEditor* editor) {
+        QCOMPARE(child<QComboBox>(*editor, "duration")->currentText(), QStringLiteral("0.33"));
+        QVERIFY(child<QCheckBox>(*editor, "hasStart")->isChecked());
+        type(*editor, "client", QStringLiteral("Acme"));
+        type(*editor, "task", QStringLiteral("Design"));
+        pressOk(*editor);
+    });
+    whenModal<TimersWindow>([&](TimersWindow* w) {
+        QCOMPARE(w->findChild<QLabel*>(QStringLiteral("startValue"))->text(), QStringLiteral("<>"));
+        QVERIFY(!w->findChild<QPushButton*>(QStringLiteral("pause"))->isEnabled());
+        QVERIFY(!w->findChild<QPushButton*>(QStringLiteral("complete"))->isEnabled());
+        click(*w, "record");
+        auto* record = w->findChild<QPushButton*>(QStringLiteral("record"));
+        buttonsWhileRecording = !record->isEnabled() && record->isChecked() &&
+                                w->findChild<QPushButton*>(QStringLiteral("pause"))->isEnabled() &&
+                                w->findChild<QPushButton*>(QStringLiteral("complete"))->isEnabled();
+        startShown = w->findChild<QLabel*>(QStringLiteral("startValue"))->text();
+        work->tick(t0);                  // the first tick counts one second
+        work->tick(t0 + 599 * kSecond);  // then the wall clock
+        click(*w, "pause");
+        pauseChecked = w->findChild<QPushButton*>(QStringLiteral("pause"))->isChecked();
+        work->tick(t0 + 1200 * kSecond);  // paused: not counted
+        clockAfterPause = w->findChild<QLabel*>(QStringLiteral("durationValue"))->text();
+        click(*w, "pause");
+        work->tick(t0 + 1800 * kSecond);
+        clockAfterResume = w->findChild<QLabel*>(QStringLiteral("durationValue"))->text();
+        QTest::keyClicks(w->findChild<QPlainTextEdit*>(QStringLiteral("noteText")), "Call");
+        click(*w, "complete");
+    });
+    window.runCommand(kCmdEntryTimers);
+
+    QVERIFY(buttonsWhileRecording);
+    QVERIFY(pauseChecked);
+    QVERIFY(startShown != QStringLiteral("<>") && !startShown.isEmpty());
+    QCOMPARE(clockAfterPause, QStringLiteral("00:10:00"));
+    QCOMPARE(clockAfterResume, QStringLiteral("00:20:00"));
+    QVERIFY(messages.shown.empty());
+
+    // The entry is in the store and on the list; the timer is idle again.
+    const std::vector<CEOID> ids = window.entryList().collectIds();
+    QCOMPARE(ids.size(), std::size_t(1));
+    const TimeEntry saved = storedEntry(*state, ids[0]);
+    QCOMPARE(saved.duration, std::uint16_t(33));
+    QVERIFY(hasStartTime(saved));
+    QVERIFY(noteText(saved) == u"Call");
+    QVERIFY(saved.client == u"Acme");
+    QCOMPARE(work->timers().timer(0).state, TimerState::kIdle);
+    QVERIFY(!work->timers().anyActive());
+}
+
+void EntryTests::timerResetAsksAndNotesFollowTheSelector() {
+    auto state = makeState();
+    QVERIFY(state);
+    EntryTimerSet timers;
+    TimersWindow window(*state, timers);
+    click(window, "record");
+    auto* note = child<QPlainTextEdit>(window, "noteText");
+    QTest::keyClicks(note, "first");
+    auto* selector = child<QComboBox>(window, "timerSelector");
+    selector->setCurrentIndex(1);
+    QCOMPARE(window.shownTimer(), 1);
+    QVERIFY(note->toPlainText().isEmpty());
+    QVERIFY(child<QPushButton>(window, "record")->isEnabled());
+    selector->setCurrentIndex(0);
+    QCOMPARE(note->toPlainText(), QStringLiteral("first"));
+
+    {
+        Messages no(QMessageBox::No);
+        click(window, "reset");
+        QCOMPARE(no.texts(), QStringList{"Are you sure to reset the timer?"});
+        QCOMPARE(no.shown[0].icon, MessageIcon::kQuestion);
+        QCOMPARE(no.shown[0].defaultButton, QMessageBox::No);
+        QCOMPARE(timers.timer(0).state, TimerState::kRecording);
+    }
+    {
+        Messages yes(QMessageBox::Yes);
+        click(window, "reset");
+        QCOMPARE(timers.timer(0).state, TimerState::kIdle);
+        QVERIFY(note->toPlainText().isEmpty());
+        QCOMPARE(child<QLabel>(window, "startValue")->text(), QStringLiteral("<>"));
+        QCOMPARE(child<QLabel>(window, "durationValue")->text(), QStringLiteral("00:00:00"));
+    }
+
+    // The note's zoom steps scale its font and keep one step checked.
+    auto* notes = window.findChild<NoteEditor*>();
+    const qreal base = note->font().pointSizeF();
+    notes->command(QStringLiteral("200%"))->trigger();
+    QCOMPARE(note->font().pointSizeF(), base * 2);
+    QVERIFY(!notes->command(QStringLiteral("100%"))->isChecked());
+    notes->command(QStringLiteral("Wrap To Window"))->trigger();
+    QCOMPARE(note->lineWrapMode(), QPlainTextEdit::NoWrap);
+}
+
+void EntryTests::summaryShowsTheListsRows() {
+    auto state = makeState();
+    QVERIFY(state);
+    MainWindow window(*state);
+    SYSTEMTIME start{}, end{};
+    window.periodView().getPeriod(&start, &end);
+    auto addOne = [&](const char16_t* project, std::uint16_t duration, bool billable, bool paid) {
+        TimeEntry e = prepareEntry(nullptr, state->settings(), start);
+        e.client = u"Acme";
+        e.project = project;
+        e.task = u"Design";
+        e.duration = duration;
+        e.billable = billable;
+        e.paid = paid;
+        e.rate = 6000;
+        QVERIFY(saveEntry(state->entries(), e));
+    };
+    addOne(u"Web", 150, true, false);
+    addOne(u"WEB", 50, true, true);
+    addOne(u"Ops", 200, false, false);
+    window.refresh();
+
+    QStringList cells;
+    QList<Qt::Alignment> alignment;
+    whenModal<SummaryDialog>([&](SummaryDialog* d) {
+        QTableWidget* t = d->table();
+        for (int r = 0; r < t->rowCount(); ++r) {
+            cells << QStringLiteral("%1|%2|%3")
+                         .arg(t->item(r, 0)->text(), t->item(r, 1)->text(), t->item(r, 2)->text());
+        }
+        for (int c = 0; c < 3; ++c) {
+            alignment << (Qt::Alignment(t->item(5, c)->textAlignment()) & Qt::AlignHorizontal_Mask);
+        }
+        d->reject();
+    });
+    window.runCommand(kCmdQuickSummary);
+    QCOMPARE(cells.size(), 17);
+    QCOMPARE(cells[0], QStringLiteral("Period Type:|Week|"));
+    QCOMPARE(cells[2], QStringLiteral("Number of Items:|3|"));
+    QCOMPARE(cells[5], QStringLiteral("Billable Hours:|2.00h|50.0%"));
+    QCOMPARE(cells[6], QStringLiteral("Non Billable Hours:|2.00h|50.0%"));
+    QCOMPARE(cells[10], QStringLiteral("Unpaid Amount:|90.00|"));
+    QCOMPARE(cells[11], QStringLiteral("Paid Amount:|30.00|"));
+    QCOMPARE(cells[15], QStringLiteral("Ops|2.00h|50.0%"));
+    QCOMPARE(cells[16], QStringLiteral("Web|2.00h|50.0%"));
+    QCOMPARE(alignment, (QList<Qt::Alignment>{Qt::AlignLeft, Qt::AlignRight, Qt::AlignRight}));
+
+    // No rows, no hours: the shares say so rather than print a division.
+    SummaryDialog empty(*state, {}, kDayView, start, start);
+    QTableWidget* t = empty.table();
+    QCOMPARE(t->item(2, 1)->text(), QStringLiteral("0"));
+    QCOMPARE(t->item(5, 2)->text(), QString::fromStdU16String(std::u16string(kUndefinedShare)));
+    QCOMPARE(t->item(6, 2)->text(), QString::fromStdU16String(std::u16string(kUndefinedShare)));
+}
+
+QB_GUI_TEST(EntryTests);
+
+}  // namespace qb
+
+#include "entry_tests.moc"
