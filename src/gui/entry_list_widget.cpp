@@ -11,6 +11,7 @@
 #include <cstring>
 
 #include "gui/app_state.h"
+#include "gui/colours.h"
 #include "gui/icons.h"
 #include "store/time_entry.h"
 #include "views/entry_tree.h"
@@ -21,10 +22,6 @@ namespace {
 constexpr int kIdRole = Qt::UserRole;
 constexpr int kLinesRole = Qt::UserRole + 1;
 constexpr int kStatusRole = Qt::UserRole + 2;
-
-QColor fromColorRef(std::uint32_t ref) {
-    return QColor(ref & 0xFF, (ref >> 8) & 0xFF, (ref >> 16) & 0xFF);
-}
 
 // Cuts a line that is too wide to what fits, less two characters, and
 // appends "...".
@@ -57,9 +54,7 @@ class DefaultRowDelegate : public QStyledItemDelegate {
         p->fillRect(option.rect, selected ? pal.highlight() : pal.base());
         std::uint32_t colourIndex = display.colour[status];
         QColor text = selected ? pal.highlightedText().color()
-                      : colourIndex > 0 && colourIndex < kPaletteSize
-                          ? fromColorRef(kPalette[colourIndex])
-                          : pal.text().color();
+                               : paletteColour(colourIndex, pal.text().color());
         // The first line says when and how long; the lines under it are quieter
         // unless the user chose a colour for the entry's status.
         QColor secondary =
