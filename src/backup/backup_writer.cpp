@@ -24,7 +24,10 @@ long countRecords(PropertyTable& table) {
 }
 
 std::string quoted(std::u16string_view name) {
-    return "\"" + utf16ToUtf8(name) + "\"";
+    std::string text(1, '"');
+    text.append(utf16ToUtf8(name));
+    text.push_back('"');
+    return text;
 }
 
 Status within(std::u16string_view name, const Status& s) {

@@ -102,11 +102,20 @@ bool ExportCsv(EntryTable& table, const std::string& fileName, const EntryFilter
     ExportFile file(fileName, env.codePage);
     if (!file.create()) return false;
     if (!file.writeConverted(csvHeader(env.settings))) return false;
+    // Lines go to the file in batches of whole lines: one write per line
+    // would spend most of the export in the kernel.
+    constexpr std::size_t kBatchBytes = 1 << 18;
+    std::string batch;
     bool ok = true;
     walkMatching(table, filter, [&](const TimeEntry& e) {
-        ok = file.writeConverted(csvLine(e, env));
+        batch += file.convertedBytes(csvLine(e, env));
+        if (batch.size() >= kBatchBytes) {
+            ok = file.writeRaw(batch.data(), batch.size());
+            batch.clear();
+        }
         return ok;
     });
+    if (ok && !batch.empty()) ok = file.writeRaw(batch.data(), batch.size());
     return ok;
 }
 

@@ -19,10 +19,22 @@ bool isHighSurrogate(char16_t c) {
     return c >= 0xD800 && c <= 0xDBFF;
 }
 
+bool keepsAscii(const std::string& codePage) {
+    std::u16string ascii;
+    std::string expected;
+    for (char c = 1; c < 0x7F; ++c) {
+        ascii += static_cast<char16_t>(c);
+        expected += c;
+    }
+    return toAnsi(ascii, codePage) == expected;
+}
+
 }  // namespace
 
 ExportFile::ExportFile(std::string fileName, std::string codePage)
-    : fileName_(std::move(fileName)), codePage_(std::move(codePage)) {}
+    : fileName_(std::move(fileName)),
+      codePage_(std::move(codePage)),
+      asciiAsIs_(keepsAscii(codePage_)) {}
 
 ExportFile::~ExportFile() {
     if (fd_ >= 0) ::close(fd_);
@@ -75,6 +87,32 @@ bool ExportFile::writeNarrow(std::string_view bytes) {
     return writeRaw(bytes.data(), bytes.size());
 }
 
+std::string ExportFile::toCodePage(std::u16string_view text) const {
+    if (!asciiAsIs_) return toAnsi(text, codePage_);
+    // Exports are mostly ASCII, so only the runs of other characters go
+    // through the converter; it would cost more than the rest of the export.
+    std::string bytes;
+    bytes.reserve(text.size());
+    std::size_t i = 0;
+    while (i < text.size()) {
+        std::size_t j = i;
+        while (j < text.size() && text[j] < 0x80) ++j;
+        bytes.append(text.begin() + static_cast<std::ptrdiff_t>(i),
+                     text.begin() + static_cast<std::ptrdiff_t>(j));
+        i = j;
+        while (j < text.size() && text[j] >= 0x80) ++j;
+        if (j > i) bytes += toAnsi(text.substr(i, j - i), codePage_);
+        i = j;
+    }
+    return bytes;
+}
+
+std::string ExportFile::convertedBytes(std::u16string_view text) const {
+    std::string bytes = toCodePage(text);
+    bytes.resize(text.size(), '\0');
+    return bytes;
+}
+
 bool ExportFile::writeConverted(std::u16string_view text) {
     lastBytes_ = 0;
     lastOk_ = false;
@@ -84,7 +122,7 @@ bool ExportFile::writeConverted(std::u16string_view text) {
     while (!text.empty() && written < count) {
         std::size_t take = std::min(text.size(), kConvertChunk);
         if (take < text.size() && isHighSurrogate(text[take - 1])) --take;
-        std::string bytes = toAnsi(text.substr(0, take), codePage_);
+        std::string bytes = toCodePage(text.substr(0, take));
         text.remove_prefix(take);
         std::size_t n = std::min(bytes.size(), count - written);
         if (!put(bytes.data(), n)) return false;

@@ -33,15 +33,22 @@ class ExportFile {
     // bytes at the end. Files of this system have always been written so.
     bool writeConverted(std::u16string_view text);
 
+    // The bytes writeConverted writes for `text`, without writing them, so
+    // that many short texts can go to the file in one write.
+    std::string convertedBytes(std::u16string_view text) const;
+
     std::size_t lastBytesWritten() const { return lastBytes_; }
     bool lastWriteOk() const { return lastOk_; }
     const std::string& fileName() const { return fileName_; }
 
   private:
     bool put(const char* bytes, std::size_t count);
+    // The code page's bytes, as many as they come to.
+    std::string toCodePage(std::u16string_view text) const;
 
     std::string fileName_;
     std::string codePage_;
+    bool asciiAsIs_ = false;  // the code page keeps ASCII unchanged
     int fd_ = -1;
     std::size_t lastBytes_ = 0;
     bool lastOk_ = false;

@@ -252,6 +252,7 @@ void MainWindow::runCommand(int id) {
     }
     if (id >= kCmdArrangeDefault && id < kCmdArrangeDefault + kArrangeKeys) {
         arrange(static_cast<std::uint16_t>(id - kCmdArrangeDefault));
+        updateMenuStates();
         return;
     }
     switch (id) {

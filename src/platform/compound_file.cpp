@@ -38,14 +38,22 @@ using compound::kNoStream;
 
 namespace {
 
+// "name" in UTF-8, quotes included.
+std::string quoted(std::u16string_view name) {
+    std::string text(1, '"');
+    text.append(utf16ToUtf8(name));
+    text.push_back('"');
+    return text;
+}
+
 Status nameRefused(std::u16string_view name) {
     return Status::invalidArgument(
-        "\"" + utf16ToUtf8(name) +
-        "\" cannot name an element (1 to 31 characters, none of / \\ : !)");
+        quoted(name).append(" cannot name an element (1 to 31 characters, none of / \\ : !)"));
 }
 
 Status noSuch(const char* what, std::u16string_view name) {
-    return Status::notFound(std::string("there is no ") + what + " \"" + utf16ToUtf8(name) + "\"");
+    return Status::notFound(
+        std::string("there is no ").append(what).append(" ").append(quoted(name)));
 }
 
 // Adds a new element under `storage`, dropping one of the same name.
@@ -102,8 +110,11 @@ Status CompoundStream::readExact(void* buffer, std::size_t size) {
     Status s = read(buffer, size, &got);
     if (!s.isOk()) return s;
     if (got != size) {
-        return Status::corruption("stream \"" + utf16ToUtf8(file_->nodes[node_].name) + "\" ends " +
-                                  std::to_string(size - got) + " bytes too soon");
+        return Status::corruption(std::string("stream ")
+                                      .append(quoted(file_->nodes[node_].name))
+                                      .append(" ends ")
+                                      .append(std::to_string(size - got))
+                                      .append(" bytes too soon"));
     }
     return Status::ok();
 }

@@ -148,7 +148,10 @@ std::unique_ptr<ByteSource> memorySource(std::vector<std::uint8_t> bytes) {
 }
 
 std::string FileImpl::elementName(std::uint32_t node) const {
-    return "\"" + utf16ToUtf8(nodes[node].name) + "\"";
+    std::string text(1, '"');
+    text.append(utf16ToUtf8(nodes[node].name));
+    text.push_back('"');
+    return text;
 }
 
 Status FileImpl::readSectors(const std::vector<std::uint32_t>& sectors, std::uint64_t size,

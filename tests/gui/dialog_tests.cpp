@@ -28,6 +28,7 @@
 #include "gui/dialogs/rate_setup_window.h"
 #include "gui/dialogs/rate_tree.h"
 #include "gui/gui_test_registry.h"
+#include "gui/gui_test_support.h"
 #include "gui/message_box.h"
 #include "platform/calendar.h"
 #include "store/master_data.h"
@@ -35,6 +36,9 @@
 #include "store/time_entry.h"
 
 namespace qb {
+
+using namespace guitest;
+
 namespace {
 
 // A store with two clients, their master data and the drop lists.
@@ -63,54 +67,6 @@ std::unique_ptr<AppState> makeState() {
 
 ClientId idOf(AppState& state, const char16_t* client) {
     return clientIdOf(state.masters().clients, client);
-}
-
-// Captures every message instead of showing it, answering OK.
-class Messages {
-  public:
-    Messages() {
-        setMessageHook([this](const MessageRequest& r) {
-            shown.push_back(r);
-            return QMessageBox::Ok;
-        });
-    }
-    ~Messages() { setMessageHook(nullptr); }
-    std::vector<MessageRequest> shown;
-};
-
-void pressOk(QDialog& dialog) {
-    auto* buttons = dialog.findChild<QDialogButtonBox*>();
-    QVERIFY(buttons);
-    QTest::mouseClick(buttons->button(QDialogButtonBox::Ok), Qt::LeftButton);
-}
-
-// Runs `act` on the dialog of type D once it is shown modally: how a test
-// answers a dialog that a window opens with exec().
-template <typename D>
-void whenModal(std::function<void(D*)> act) {
-    auto* timer = new QTimer;
-    timer->setInterval(5);
-    QObject::connect(timer, &QTimer::timeout, [timer, act] {
-        if (auto* dialog = qobject_cast<D*>(QApplication::activeModalWidget())) {
-            timer->stop();
-            timer->deleteLater();
-            act(dialog);
-        }
-    });
-    timer->start();
-}
-
-template <typename W>
-W* child(QWidget& parent, const char* name) {
-    W* w = parent.findChild<W*>(QString::fromLatin1(name));
-    if (!w) qWarning("no child %s", name);
-    return w;
-}
-
-void choose(QComboBox* box, const QString& text) {
-    const int i = box->findText(text);
-    QVERIFY2(i >= 0, qPrintable(text));
-    box->setCurrentIndex(i);
 }
 
 QStringList childTexts(const QTreeWidgetItem* item) {

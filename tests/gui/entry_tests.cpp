@@ -35,6 +35,7 @@
 #include "gui/gui_test_registry.h"
 #include "gui/main_window.h"
 #include "gui/message_box.h"
+#include "gui_test_support.h"
 #include "platform/calendar.h"
 #include "store/master_data.h"
 #include "store/tables.h"
@@ -42,6 +43,9 @@
 #include "views/quick_summary.h"
 
 namespace qb {
+
+using namespace guitest;
+
 namespace {
 
 std::unique_ptr<AppState> makeState() {
@@ -62,46 +66,6 @@ std::unique_ptr<AppState> makeState() {
     return state;
 }
 
-// Captures every message instead of showing it; `answer` is pressed.
-class Messages {
-  public:
-    explicit Messages(QMessageBox::StandardButton answer = QMessageBox::Ok) {
-        setMessageHook([this, answer](const MessageRequest& r) {
-            shown.push_back(r);
-            return answer;
-        });
-    }
-    ~Messages() { setMessageHook(nullptr); }
-    QStringList texts() const {
-        QStringList t;
-        for (const MessageRequest& r : shown) t << r.text;
-        return t;
-    }
-    std::vector<MessageRequest> shown;
-};
-
-// Acts on the dialog of type D once a window opens it modally.
-template <typename D>
-void whenModal(std::function<void(D*)> act) {
-    auto* timer = new QTimer;
-    timer->setInterval(5);
-    QObject::connect(timer, &QTimer::timeout, [timer, act] {
-        if (auto* dialog = qobject_cast<D*>(QApplication::activeModalWidget())) {
-            timer->stop();
-            timer->deleteLater();
-            act(dialog);
-        }
-    });
-    timer->start();
-}
-
-template <typename W>
-W* child(QWidget& parent, const char* name) {
-    W* w = parent.findChild<W*>(QString::fromLatin1(name));
-    if (!w) qWarning("no child %s", name);
-    return w;
-}
-
 // Replaces a box's text as a user would: select all, type.
 void type(QWidget& parent, const char* name, const QString& text) {
     QLineEdit* line = nullptr;
@@ -114,12 +78,6 @@ void type(QWidget& parent, const char* name, const QString& text) {
     line->selectAll();
     line->del();
     QTest::keyClicks(line, text);
-}
-
-void pressOk(QDialog& dialog) {
-    auto* buttons = dialog.findChild<QDialogButtonBox*>();
-    QVERIFY(buttons);
-    QTest::mouseClick(buttons->button(QDialogButtonBox::Ok), Qt::LeftButton);
 }
 
 void click(QWidget& parent, const char* name) {
