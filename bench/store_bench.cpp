@@ -11,6 +11,7 @@
 #include "platform/calendar.h"
 #include "platform/data_file.h"
 #include "platform/platform.h"
+#include "reference_fixture.h"
 #include "reference_store.h"
 #include "store/entry_walk.h"
 #include "store/master_data.h"
@@ -19,91 +20,6 @@
 
 namespace qb {
 namespace {
-
-// A fresh directory under the system's temporary directory, removed with
-// everything in it when the object goes.
-class TempDir {
-  public:
-    TempDir() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "qb-bench-XXXXXX").string();
-        if (mkdtemp(pattern.data())) path_ = pattern;
-    }
-    ~TempDir() {
-        std::error_code ec;
-        if (!path_.empty()) std::filesystem::remove_all(path_, ec);
-    }
-    TempDir(const TempDir&) = delete;
-    TempDir& operator=(const TempDir&) = delete;
-
-    bool ok() const { return !path_.empty(); }
-    const std::string& path() const { return path_; }
-
-  private:
-    std::string path_;
-};
-
-FILETIME at(const SYSTEMTIME& day, int hour, int minute, int second, int millisecond) {
-    FILETIME ft = 0;
-    systemTimeToFileTime(
-        makeDate(day.wYear, day.wMonth, day.wDay, hour, minute, second, millisecond), &ft);
-    return ft;
-}
-FILETIME startOf(const SYSTEMTIME& day) {
-    return at(day, 0, 0, 0, 0);
-}
-FILETIME endOf(const SYSTEMTIME& day) {
-    return at(day, 23, 59, 59, 999);
-}
-
-SYSTEMTIME plusDays(const SYSTEMTIME& day, int days) {
-    SYSTEMTIME out{};
-    fileTimeToSystemTime(startOf(day) + static_cast<FILETIME>(days) * 864'000'000'000ULL, &out);
-    return out;
-}
-
-// The reference store in a file, generated once per process: the walks and
-// saves below all measure it, and generating it takes seconds.
-class ReferenceFixture {
-  public:
-    static ReferenceFixture& get() {
-        static ReferenceFixture fixture;
-        return fixture;
-    }
-
-    bool ok() const { return entries_ != nullptr; }
-    Platform& platform() { return *platform_; }
-    EntryTable& entries() { return *entries_; }
-    MasterTables& masters() { return *masters_; }
-    const ReferenceSummary& summary() const { return summary_; }
-
-  private:
-    ReferenceFixture() {
-        if (!dir_.ok() || !Platform::open(dir_.path(), &platform_).isOk()) return;
-        if (!makeReferenceStore(*platform_, ReferenceOptions(), &summary_)) return;
-        masters_ = std::make_unique<MasterTables>(*platform_);
-        auto entries = std::make_unique<EntryTable>(*platform_);
-        if (masters_->open() && entries->open()) entries_ = std::move(entries);
-    }
-    ~ReferenceFixture() {
-        // The store closes before its directory goes.
-        entries_.reset();
-        masters_.reset();
-        platform_.reset();
-    }
-
-    TempDir dir_;
-    std::unique_ptr<Platform> platform_;
-    std::unique_ptr<MasterTables> masters_;
-    std::unique_ptr<EntryTable> entries_;
-    ReferenceSummary summary_;
-};
-
-ReferenceFixture* fixtureOrSkip(benchmark::State& state) {
-    ReferenceFixture& f = ReferenceFixture::get();
-    if (f.ok()) return &f;
-    state.SkipWithError("cannot generate the reference store");
-    return nullptr;
-}
 
 void BM_GenerateInMemory(benchmark::State& state) {
     for (auto _ : state) {
