@@ -1,7 +1,7 @@
 #!/bin/sh
 # Installs a build into a temporary prefix and checks what a desktop needs:
-# the program, the help with every topic the windows open, the menu entry,
-# the icon and the manual page.
+# the program and its desktop module, the help with every topic the windows
+# open, the menu entry, the icon and the manual page.
 #
 # usage: install_test.sh BUILD_DIR
 set -u
@@ -24,12 +24,14 @@ if ! cmake --install "$build" --prefix "$prefix" >"$prefix/install.log" 2>&1; th
 fi
 
 bin=$prefix/bin/quillarbor
+# The program loads the desktop from ../lib/quillarbor beside bin/.
+module=$prefix/lib/quillarbor/quillarbor-desktop.so
 help=$prefix/share/quillarbor/help/quillarbor.html
 desktop=$prefix/share/applications/quillarbor.desktop
 icon=$prefix/share/icons/hicolor/scalable/apps/quillarbor.svg
 manpage=$prefix/share/man/man1/quillarbor.1
 
-for f in "$bin" "$help" "$desktop" "$icon" "$manpage"; do
+for f in "$bin" "$module" "$help" "$desktop" "$icon" "$manpage"; do
     [ -s "$f" ] || fail "not installed or empty: ${f#"$prefix"/}"
 done
 [ -x "$bin" ] || fail "bin/quillarbor is not executable"
