@@ -54,9 +54,13 @@ FILETIME at(const SYSTEMTIME& day, int hour, int minute, int second, int millise
     return ft;
 }
 
-FILETIME startOf(const SYSTEMTIME& day) { return at(day, 0, 0, 0, 0); }
+FILETIME startOf(const SYSTEMTIME& day) {
+    return at(day, 0, 0, 0, 0);
+}
 
-FILETIME endOf(const SYSTEMTIME& day) { return at(day, 23, 59, 59, 999); }
+FILETIME endOf(const SYSTEMTIME& day) {
+    return at(day, 23, 59, 59, 999);
+}
 
 SYSTEMTIME plusDays(const SYSTEMTIME& day, int days) {
     SYSTEMTIME out{};

@@ -20,7 +20,7 @@ struct MasterTables;
 // A fresh directory under the system's temporary directory, removed with
 // everything in it when the object goes.
 class TempDir {
-public:
+  public:
     TempDir();
     ~TempDir();
     TempDir(const TempDir&) = delete;
@@ -29,12 +29,12 @@ public:
     bool ok() const { return !path_.empty(); }
     const std::string& path() const { return path_; }
 
-private:
+  private:
     std::string path_;
 };
 
 class ReferenceFixture {
-public:
+  public:
     static ReferenceFixture& get();
 
     bool ok() const { return entries_ != nullptr; }
@@ -42,8 +42,9 @@ public:
     EntryTable& entries() { return *entries_; }
     MasterTables& masters() { return *masters_; }
     const ReferenceSummary& summary() const { return summary_; }
+    const std::string& dataDir() const { return dir_.path(); }
 
-private:
+  private:
     ReferenceFixture();
     ~ReferenceFixture();
 

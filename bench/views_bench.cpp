@@ -38,13 +38,25 @@ void refresh(benchmark::State& state, ViewKind kind, std::uint16_t arrangeKey) {
     state.counters["rows"] = static_cast<double>(rows);
 }
 
-void BM_RefreshWeek(benchmark::State& state) { refresh(state, kWeekView, 0); }
-BENCHMARK(BM_RefreshWeek)->Unit(benchmark::kMillisecond)->Repetitions(5)->ReportAggregatesOnly(true);
+void BM_RefreshWeek(benchmark::State& state) {
+    refresh(state, kWeekView, 0);
+}
+BENCHMARK(BM_RefreshWeek)
+    ->Unit(benchmark::kMillisecond)
+    ->Repetitions(5)
+    ->ReportAggregatesOnly(true);
 
-void BM_RefreshMonth(benchmark::State& state) { refresh(state, kMonthView, 0); }
-BENCHMARK(BM_RefreshMonth)->Unit(benchmark::kMillisecond)->Repetitions(5)->ReportAggregatesOnly(true);
+void BM_RefreshMonth(benchmark::State& state) {
+    refresh(state, kMonthView, 0);
+}
+BENCHMARK(BM_RefreshMonth)
+    ->Unit(benchmark::kMillisecond)
+    ->Repetitions(5)
+    ->ReportAggregatesOnly(true);
 
-void BM_ArrangeMonthByClient(benchmark::State& state) { refresh(state, kMonthView, 1); }
+void BM_ArrangeMonthByClient(benchmark::State& state) {
+    refresh(state, kMonthView, 1);
+}
 BENCHMARK(BM_ArrangeMonthByClient)
     ->Unit(benchmark::kMillisecond)
     ->Repetitions(5)
