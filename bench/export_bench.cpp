@@ -107,13 +107,8 @@ void BM_ExportXmlUtf16All(benchmark::State& state) {
 
 void BM_GroupedReportAll(benchmark::State& state) {
     measure(state, [](ExportFixture& f) {
-        const EntryFilter criteria = f.everything();
-        ReportRequest request;
-        request.layout = clientLayout();
-        request.criteria = &criteria;
-        request.env = f.env();
-        request.today = referenceLastDay();
-        return generateReport(f.entries(), f.output("all.html"), request);
+        ReportGenerator generator(f.entries(), clientLayout(), f.env(), referenceLastDay());
+        return generator.generate(f.output("all.html"), f.everything());
     });
 }
 

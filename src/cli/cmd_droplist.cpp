@@ -3,12 +3,20 @@
 #include "cli/cli_text.h"
 #include "cli/command.h"
 #include "cli/master_lookup.h"
+#include "entry/drop_lists.h"
+#include "entry/list_file.h"
+#include "platform/platform.h"
+#include "platform/text.h"
 #include "store/tables.h"
 
 namespace qb {
 namespace {
 
-constexpr std::u16string_view kDeleteListQuestion = u"Are you to delete the entire list?";
+// A file operation that failed: the system's own text, exit status 1.
+int fileFailed(CommandContext& ctx, std::u16string_view text) {
+    ctx.err << u8(text) << "\n";
+    return kExitFailed;
+}
 
 bool kindOf(const std::string& name, ListKind* out) {
     static const struct {
@@ -40,9 +48,9 @@ int runDroplist(CommandContext& ctx) {
             "droplist needs a command and phase, currency, custom1, custom2 or custom3");
     }
     const std::string& verb = words[0];
-    bool needsText = verb == "add" || verb == "delete";
-    if (words.size() != (needsText ? 3u : 2u))
-        return ctx.usage("wrong number of words for droplist " + verb);
+    bool needsText = verb == "add" || verb == "delete" || verb == "import";
+    std::size_t count = verb == "rename" ? 4u : needsText ? 3u : 2u;
+    if (words.size() != count) return ctx.usage("wrong number of words for droplist " + verb);
     ListTable byKind(ctx.platform(), ListTable::Order::kByKind);
     if (!byKind.open()) return ctx.failed("cannot open the drop lists");
     if (verb == "list") {
@@ -53,7 +61,22 @@ int runDroplist(CommandContext& ctx) {
         if (!confirmed(ctx, args.has("yes"), kDeleteListQuestion)) return kExitRefused;
         return byKind.removeKind(kind) ? kExitOk : ctx.failed("cannot delete the list");
     }
+    if (verb == "import") {
+        std::vector<std::u16string> lines;
+        std::size_t added = 0;
+        if (!readListFile(words[2], ansiCodePage(ctx.platform().registry()), &lines) ||
+            !importDropItems(ctx.platform().file(), byKind, kind, lines, &added)) {
+            return fileFailed(ctx, kImportFailedMessage);
+        }
+        return kExitOk;
+    }
     std::u16string text = u16(words[2]);
+    if (verb == "rename") {
+        if (!renameDropItem(byKind, kind, text, u16(words[3]))) {
+            return ctx.refused("\"" + words[2] + "\" cannot become \"" + words[3] + "\".");
+        }
+        return kExitOk;
+    }
     if (verb == "add") {
         if (text.empty()) return ctx.refused(std::u16string(kBlankNotAllowed));
         if (byKind.addItem(kind, text) == 0) {

@@ -3,7 +3,9 @@
 #include "cli/cli_text.h"
 #include "cli/command.h"
 #include "cli/master_lookup.h"
+#include "entry/duration_rule.h"
 #include "entry/entry_amount.h"
+#include "entry/entry_copy.h"
 #include "entry/entry_form.h"
 #include "entry/note_text.h"
 #include "entry/rate_setup.h"
@@ -20,13 +22,29 @@ namespace {
 
 constexpr std::u16string_view kDeleteQuestion = u"Are you sure to permanently delete this item?";
 
-const std::vector<Args::Option> kFieldOptions = {
-    {"date", true},      {"start", true},         {"no-start", false}, {"client", true},
-    {"project", true},   {"phase", true},         {"task", true},      {"duration", true},
-    {"billable", false}, {"non-billable", false}, {"paid", false},     {"unpaid", false},
-    {"currency", true},  {"rate", true},          {"rate-type", true}, {"bill-to", true},
-    {"custom1", true},   {"custom2", true},       {"custom3", true},   {"note", true},
-    {"yes", false}};
+const std::vector<Args::Option> kFieldOptions = {{"date", true},
+                                                 {"start", true},
+                                                 {"no-start", false},
+                                                 {"client", true},
+                                                 {"project", true},
+                                                 {"phase", true},
+                                                 {"task", true},
+                                                 {"duration", true},
+                                                 {"billable", false},
+                                                 {"non-billable", false},
+                                                 {"paid", false},
+                                                 {"unpaid", false},
+                                                 {"currency", true},
+                                                 {"rate", true},
+                                                 {"rate-type", true},
+                                                 {"bill-to", true},
+                                                 {"custom1", true},
+                                                 {"custom2", true},
+                                                 {"custom3", true},
+                                                 {"note", true},
+                                                 {"yes", false},
+                                                 {"until", true},
+                                                 {"include-weekend", false}};
 
 // Types the given options into the editor's boxes, as a user would.
 bool fillForm(CommandContext& ctx, const Args& args, EntryForm& form) {
@@ -162,11 +180,30 @@ int togglePaid(CommandContext& ctx, TimeEntry& e) {
     return kExitOk;
 }
 
+// Copy...: the duration box starts with the entry's duration.
+int copy(CommandContext& ctx, const Args& args, const TimeEntry& source) {
+    CopyRequest request;
+    request.duration = durationText(source.duration);
+    if (auto d = args.value("duration")) request.duration = u16(*d);
+    if (auto u = args.value("until")) {
+        SYSTEMTIME until{};
+        if (!parseDateArg(*u, &until)) return ctx.usage("--until takes a date as YYYY-MM-DD");
+        request.until = until;
+    }
+    request.includeWeekend = args.has("include-weekend");
+    CopyResult r = copyEntry(ctx.platform().file(), ctx.entries(), ctx.masters(), source, request,
+                             ctx.settings());
+    if (!r.check.ok) return ctx.refused(std::u16string(r.check.message));
+    if (!r.ok) return ctx.failed("cannot save the copies in " + ctx.platform().file().path());
+    for (CEOID id : r.created) ctx.out << id << "\n";
+    return kExitOk;
+}
+
 }  // namespace
 
 int runEntry(CommandContext& ctx) {
     if (ctx.words().empty()) {
-        return ctx.usage("entry needs add, update, show, delete or toggle-paid");
+        return ctx.usage("entry needs add, update, show, delete, toggle-paid or copy");
     }
     const std::string& verb = ctx.words()[0];
     Args args;
@@ -176,13 +213,15 @@ int runEntry(CommandContext& ctx) {
         return save(ctx, args, prepareEntry(nullptr, ctx.settings(), localNow()));
     }
     TimeEntry stored;
-    if (verb != "update" && verb != "show" && verb != "delete" && verb != "toggle-paid") {
+    if (verb != "update" && verb != "show" && verb != "delete" && verb != "toggle-paid" &&
+        verb != "copy") {
         return ctx.usage("unknown entry command '" + verb + "'");
     }
     if (!readById(ctx, args, &stored)) return kExitRefused;
     if (verb == "update") return save(ctx, args, prepareEntry(&stored, ctx.settings(), localNow()));
     if (verb == "show") return show(ctx, stored);
     if (verb == "toggle-paid") return togglePaid(ctx, stored);
+    if (verb == "copy") return copy(ctx, args, stored);
     if (!confirmed(ctx, args.has("yes"), kDeleteQuestion)) return kExitRefused;
     return ctx.entries().remove(stored.recordOid) ? kExitOk : ctx.failed("cannot delete the entry");
 }

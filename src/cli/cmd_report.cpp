@@ -27,12 +27,10 @@ int runReport(CommandContext& ctx) {
     if (auto word = args.value("layout")) {
         if (!layoutFromArg(ctx, *word, &working)) return kExitRefused;
     }
-    ReportRequest request;
-    request.layout = working.layout;
-    request.criteria = &criteria;
-    request.env = loadExportSettings(ctx.platform().registry(), ctx.settings());
-    request.today = localNow();
-    if (!generateReport(ctx.entries(), args.positional()[0], request)) {
+    ReportGenerator generator(ctx.entries(), working.layout,
+                              loadExportSettings(ctx.platform().registry(), ctx.settings()),
+                              localNow());
+    if (!generator.generate(args.positional()[0], criteria)) {
         ctx.err << utf16ToUtf8(kReportFailed) << "\n";
         return kExitFailed;
     }

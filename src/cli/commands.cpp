@@ -19,6 +19,9 @@ int runSummary(CommandContext& ctx);
 int runExport(CommandContext& ctx);
 int runReport(CommandContext& ctx);
 int runLayout(CommandContext& ctx);
+int runMarkPaid(CommandContext& ctx);
+int runReplace(CommandContext& ctx);
+int runNote(CommandContext& ctx);
 
 namespace {
 
@@ -28,9 +31,12 @@ constexpr const char* kEntryUsage =
     "       quillarbor entry show ID\n"
     "       quillarbor entry delete ID --yes\n"
     "       quillarbor entry toggle-paid ID\n"
+    "       quillarbor entry copy ID [--duration TEXT] [--until YYYY-MM-DD] [--include-weekend]\n"
     "\n"
     "add and update accept or refuse an entry exactly as the entry editor's OK\n"
     "does, save it and print its id.\n"
+    "copy prints the ids of the copies, one per day after the entry's day up to\n"
+    "the end of its week or --until, weekends only with --include-weekend.\n"
     "\n"
     "FIELDS:\n"
     "  --date YYYY-MM-DD      the day (add: today)\n"
@@ -51,10 +57,19 @@ constexpr const char* kClientUsage =
     "       quillarbor client add NAME\n"
     "       quillarbor client rename OLD NEW\n"
     "       quillarbor client delete NAME --yes\n"
+    "       quillarbor client tree\n"
+    "       quillarbor client import clients|projects|tasks|contacts|vcard FILE\n"
+    "                               [--client C] [--project P]\n"
+    "       quillarbor client export clients|projects|tasks|contacts FILE\n"
+    "                               [--client C] [--project P] [--unicode]\n"
+    "       quillarbor client migrate projects|tasks FROM TO NAME...\n"
     "\n"
     "show prints 'client ID NAME', then the client's 'project P T', 'task T',\n"
     "'contact C' and 'rate ID TYPE RATE DESCRIPTION FLAG' lines. Deleting a client\n"
-    "deletes its projects, tasks, contacts and rates; time entries keep its name.\n";
+    "deletes its projects, tasks, contacts and rates; time entries keep its name.\n"
+    "import adds each line of a list file (ANSI, or UTF-16 after an FF FE mark;\n"
+    "lines over 128 characters cut to 127) or each card of a vCard file; export\n"
+    "writes one level of the tree, CR LF between items, ANSI or --unicode UTF-16.\n";
 
 constexpr const char* kProjectUsage =
     "usage: quillarbor project add CLIENT PROJECT\n"
@@ -89,6 +104,8 @@ constexpr const char* kRateUsage =
 constexpr const char* kDroplistUsage =
     "usage: quillarbor droplist list|clear LIST [--yes]\n"
     "       quillarbor droplist add|delete LIST TEXT\n"
+    "       quillarbor droplist rename LIST OLD NEW\n"
+    "       quillarbor droplist import LIST FILE\n"
     "\n"
     "LIST is phase, currency, custom1, custom2 or custom3. clear deletes the whole\n"
     "list and needs --yes. Saving an entry adds its new texts by itself.\n";
@@ -203,6 +220,27 @@ constexpr const char* kLayoutUsage =
     "layout of that name. default none, client and date clear the default, which\n"
     "leaves reports with the built-in Client layout.\n";
 
+constexpr const char* kMarkPaidUsage =
+    "usage: quillarbor mark-paid --from YYYY-MM-DD --to YYYY-MM-DD [CRITERIA]\n"
+    "\n"
+    "Marks paid every billable entry that the criteria choose (see 'export\n"
+    "--help'); non-billable entries stay as they are.\n";
+
+constexpr const char* kReplaceUsage =
+    "usage: quillarbor replace FIELD FIND REPLACEMENT --yes\n"
+    "\n"
+    "FIELD: client project phase task currency bill-to custom1 custom2 custom3\n"
+    "project-task. Renames FIND in the master data or drop list of the field and\n"
+    "in every entry whose field is exactly FIND (case counts). task renames the\n"
+    "client's own tasks, project-task the tasks of projects; both change the\n"
+    "entries' task.\n";
+
+constexpr const char* kNoteUsage =
+    "usage: quillarbor note export ID FILE [--format txt|unicode|rtf]\n"
+    "\n"
+    "Writes the entry's note: txt in the ANSI code page (default), unicode as\n"
+    "UTF-16 with a byte-order mark, rtf as rich text.\n";
+
 }  // namespace
 
 const std::vector<Command>& allCommands() {
@@ -227,6 +265,9 @@ const std::vector<Command>& allCommands() {
         {"report", "write an HTML report of the chosen entries", kReportUsage, runReport},
         {"layout", "list, show, save, delete, rename saved report layouts", kLayoutUsage,
          runLayout},
+        {"mark-paid", "mark the chosen billable entries paid", kMarkPaidUsage, runMarkPaid},
+        {"replace", "replace a text in master data and entries", kReplaceUsage, runReplace},
+        {"note", "export an entry's note to a file", kNoteUsage, runNote},
     };
     return kCommands;
 }

@@ -242,18 +242,23 @@ std::u16string reportFileText(const MarkupDocument& page) {
     return out;
 }
 
-bool generateReport(EntryTable& table, const std::string& fileName, const ReportRequest& request) {
+ReportGenerator::ReportGenerator(EntryTable& table, const ReportLayout& layout, ExportSettings env,
+                                 const SYSTEMTIME& today)
+    : table_(table), layout_(layout), env_(std::move(env)), today_(today) {}
+
+bool ReportGenerator::generate(const std::string& fileName, const EntryFilter& criteria) {
     std::vector<TimeEntry> entries;
-    walkMatching(table, *request.criteria, [&](const TimeEntry& e) {
+    walkMatching(table_, criteria, [&](const TimeEntry& e) {
         entries.push_back(e);
         return true;
     });
     std::u16string text;
     {
+        ReportRequest request{layout_, &criteria, env_, today_};
         MarkupDocument page = buildReport(request, std::move(entries));
         text = reportFileText(page);
     }
-    ExportFile file(fileName, request.env.codePage);
+    ExportFile file(fileName, env_.codePage);
     if (!file.create()) return false;
     const std::u16string_view docType = std::u16string_view(text).substr(0, kDocType.size());
     if (!file.writeConverted(docType)) return false;

@@ -2,7 +2,7 @@
 
 // HTML reports of the entries a criteria record chooses, laid out by a
 // report layout: grouped (one table per group) or flat (one table). The
-// page is built as a markup document with no I/O; generateReport writes it.
+// page is built as a markup document with no I/O; ReportGenerator writes it.
 
 #include <string>
 #include <vector>
@@ -20,6 +20,7 @@ struct TimeEntry;
 
 inline constexpr std::u16string_view kReportFailed = u"Report generation has failed.";
 
+// What a page is built from.
 struct ReportRequest {
     ReportLayout layout;
     EntryFilter const* criteria = nullptr;
@@ -34,8 +35,20 @@ MarkupDocument buildReport(const ReportRequest& request, std::vector<TimeEntry> 
 // empty-element "/>" written " />".
 std::u16string reportFileText(const MarkupDocument& page);
 
-// Selects the entries, builds the page and writes it to `fileName`,
-// replacing any file there. False when a write fails.
-bool generateReport(EntryTable& table, const std::string& fileName, const ReportRequest& request);
+// The report command's generator: selects the entries the criteria choose,
+// builds the page for the layout's type (grouped or flat) and writes it.
+class ReportGenerator {
+  public:
+    ReportGenerator(EntryTable& table, const ReportLayout& layout, ExportSettings env,
+                    const SYSTEMTIME& today);
+    // Writes `fileName`, replacing any file there; false when a write fails.
+    bool generate(const std::string& fileName, const EntryFilter& criteria);
+
+  private:
+    EntryTable& table_;
+    ReportLayout layout_;
+    ExportSettings env_;
+    SYSTEMTIME today_;
+};
 
 }  // namespace qb

@@ -50,8 +50,18 @@ class ReportLayout {
     // The designer's "Group Total Hours" choice; no generator reads it.
     std::uint16_t groupTotalHidden() const { return u16At(138); }
     void setGroupTotalHidden(std::uint16_t v) { setU16At(138, v); }
+    // Not 0: that footer line is left out.
     std::uint16_t footerHidden(FooterLine line) const { return u16At(footerOffset(line)); }
     void setFooterHidden(FooterLine line, std::uint16_t v) { setU16At(footerOffset(line), v); }
+    std::uint16_t hideTotalBillableHours() const {
+        return footerHidden(FooterLine::kBillableHours);
+    }
+    std::uint16_t hideTotalUnpaidAmount() const { return footerHidden(FooterLine::kUnpaidAmount); }
+    std::uint16_t hideTotalPaidAmount() const { return footerHidden(FooterLine::kPaidAmount); }
+    std::uint16_t hideTotalNonBillableHours() const {
+        return footerHidden(FooterLine::kNonBillableHours);
+    }
+    std::uint16_t hideReportDate() const { return footerHidden(FooterLine::kReportDate); }
     // The order text up to its NUL (at most 31 characters).
     std::u16string fieldOrder() const;
     // Written with a NUL; cut to what fits before fieldMask.

@@ -106,6 +106,43 @@ TEST(BackupFixtureTest, RestoredBackupHoldsTheFixturesValues) {
     EXPECT_EQ(namesOf(store.masters.contacts, mueller.clientId).size(), 2u);
 }
 
+TEST(BackupLayoutTest, EntryBytesAreExactlyTheLayout) {
+    TimeEntry e;
+    e.billable = true;
+    e.date = 0x0102030405060708;
+    e.client = u"A\u00c9";
+    e.task = u"t";
+    e.duration = 150;
+    e.rate = 9000;
+    e.rateType = 3;
+    e.custom3 = u"z";
+    e.notes = {0x68, 0x00, 0x69, 0x00};
+    std::vector<std::uint8_t> bytes;
+    encodeEntry(e, &bytes);
+    const std::vector<std::uint8_t> expected = {
+        1,    0,                                                     // billable, paid
+        0x08, 0x07, 0x06, 0x05, 0x04, 0x03, 0x02, 0x01,              // date, low half first
+        2,    0,    0,    0,    'A',  0,    0xC9, 0x00,              // client
+        0,    0,    0,    0,                                         // project
+        0,    0,    0,    0,                                         // phase
+        1,    0,    0,    0,    't',  0,                             // task
+        0,    0,    0,    0,                                         // currency
+        150,  0,    0,    0,                                         // duration
+        0x28, 0x23, 0,    0,                                         // rate 9000
+        3,    0,    0,    0,                                         // rate type
+        0,    0,    0,    0,    0,    0,    0,    0,    0, 0, 0, 0,  // billTo, custom1, custom2
+        1,    0,    0,    0,    'z',  0,                             // custom3
+        4,    0,    0,    0,    0x68, 0x00, 0x69, 0x00,              // notes
+    };
+    EXPECT_EQ(bytes, expected);
+
+    e.notes.clear();
+    encodeEntry(e, &bytes);
+    EXPECT_EQ(std::vector<std::uint8_t>(bytes.end() - 4, bytes.end()),
+              (std::vector<std::uint8_t>{0, 0, 0, 0}))
+        << "an entry without notes ends in a length of 0";
+}
+
 TEST(BackupFileTest, EmptyTablesGiveTheThreeEmptyElements) {
     Store store;
     TempDir dir;

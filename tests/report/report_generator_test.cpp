@@ -66,7 +66,8 @@ class ReportTest : public StoreTest {
 
     std::string generate() {
         const std::string path = dir.file("report.html");
-        EXPECT_TRUE(generateReport(table, path, request));
+        ReportGenerator generator(table, request.layout, request.env, request.today);
+        EXPECT_TRUE(generator.generate(path, criteria));
         return readFile(path);
     }
 
@@ -217,9 +218,9 @@ TEST_F(ReportTest, CellsOfEveryField) {
 }
 
 TEST_F(ReportTest, WriteFailureFails) {
-    request.layout = clientLayout();
-    EXPECT_FALSE(generateReport(table, "/dev/full", request));
-    EXPECT_FALSE(generateReport(table, dir.file("no/such.html"), request));
+    ReportGenerator generator(table, clientLayout(), env, request.today);
+    EXPECT_FALSE(generator.generate("/dev/full", criteria));
+    EXPECT_FALSE(generator.generate(dir.file("no/such.html"), criteria));
 }
 
 }  // namespace
