@@ -2,10 +2,6 @@
 // grouped report of every entry of the reference store (100,000 entries).
 
 #include <benchmark/benchmark.h>
-#include <stdlib.h>
-
-#include <filesystem>
-#include <memory>
 #include <string>
 
 #include "app/settings.h"
@@ -13,6 +9,7 @@
 #include "export/export_settings.h"
 #include "export/xml_export.h"
 #include "platform/platform.h"
+#include "reference_fixture.h"
 #include "reference_store.h"
 #include "report/report_generator.h"
 #include "store/tables.h"
@@ -21,64 +18,40 @@
 namespace qb {
 namespace {
 
-// The reference store in a temporary directory, made once per process, and
-// the file every export writes.
-class ExportFixture {
+// What every export reads besides the store: the settings in force, a
+// criteria record of all ten years and a directory for the files written.
+class ExportSetup {
   public:
-    static ExportFixture& get() {
-        static ExportFixture fixture;
-        return fixture;
+    static ExportSetup& get(ReferenceFixture& store) {
+        static ExportSetup setup(store);
+        return setup;
     }
 
-    bool ok() const { return entries_ != nullptr; }
-    EntryTable& entries() { return *entries_; }
     const ExportSettings& env() const { return env_; }
-    std::string output(const char* name) const { return dir_ + "/" + name; }
-
-    // Every entry of the store.
-    EntryFilter everything() const {
-        EntryFilter f;
-        f.start = referenceFirstDay();
-        f.end = referenceLastDay();
-        return f;
-    }
+    std::string output(const char* name) const { return out_.path() + "/" + name; }
+    const EntryFilter& everything() const { return everything_; }
 
   private:
-    ExportFixture() {
-        std::string pattern =
-            (std::filesystem::temp_directory_path() / "qb-export-bench-XXXXXX").string();
-        if (!mkdtemp(pattern.data())) return;
-        dir_ = pattern;
-        if (!Platform::open(dir_, &platform_).isOk()) return;
-        if (!makeReferenceStore(*platform_, ReferenceOptions())) return;
+    explicit ExportSetup(ReferenceFixture& store) {
         Settings settings = defaultSettings();
-        loadSettings(platform_->registry(), settings);
-        env_ = loadExportSettings(platform_->registry(), settings);
-        auto entries = std::make_unique<EntryTable>(*platform_);
-        if (entries->open()) entries_ = std::move(entries);
-    }
-    ~ExportFixture() {
-        entries_.reset();
-        platform_.reset();
-        std::error_code ec;
-        if (!dir_.empty()) std::filesystem::remove_all(dir_, ec);
+        loadSettings(store.platform().registry(), settings);
+        env_ = loadExportSettings(store.platform().registry(), settings);
+        everything_.start = referenceFirstDay();
+        everything_.end = referenceLastDay();
     }
 
-    std::string dir_;
-    std::unique_ptr<Platform> platform_;
-    std::unique_ptr<EntryTable> entries_;
+    TempDir out_;
     ExportSettings env_;
+    EntryFilter everything_;
 };
 
 template <typename Run>
 void measure(benchmark::State& state, Run run) {
-    ExportFixture& f = ExportFixture::get();
-    if (!f.ok()) {
-        state.SkipWithError("cannot generate the reference store");
-        return;
-    }
+    ReferenceFixture* store = fixtureOrSkip(state);
+    if (!store) return;
+    ExportSetup& setup = ExportSetup::get(*store);
     for (auto _ : state) {
-        if (!run(f)) {
+        if (!run(store->entries(), setup)) {
             state.SkipWithError("the export failed");
             break;
         }
@@ -86,29 +59,29 @@ void measure(benchmark::State& state, Run run) {
 }
 
 void BM_ExportCsvAll(benchmark::State& state) {
-    measure(state, [](ExportFixture& f) {
-        return ExportCsv(f.entries(), f.output("all.csv"), f.everything(), f.env());
+    measure(state, [](EntryTable& entries, const ExportSetup& s) {
+        return ExportCsv(entries, s.output("all.csv"), s.everything(), s.env());
     });
 }
 
 void BM_ExportXmlAll(benchmark::State& state) {
-    measure(state, [](ExportFixture& f) {
-        return ExportXml(f.entries(), f.output("all.xml"), f.everything(), f.env());
+    measure(state, [](EntryTable& entries, const ExportSetup& s) {
+        return ExportXml(entries, s.output("all.xml"), s.everything(), s.env());
     });
 }
 
 void BM_ExportXmlUtf16All(benchmark::State& state) {
-    measure(state, [](ExportFixture& f) {
-        ExportSettings env = f.env();
+    measure(state, [](EntryTable& entries, const ExportSetup& s) {
+        ExportSettings env = s.env();
         env.settings.encoding = kEncodingUtf16;
-        return ExportXml(f.entries(), f.output("all16.xml"), f.everything(), env);
+        return ExportXml(entries, s.output("all16.xml"), s.everything(), env);
     });
 }
 
 void BM_GroupedReportAll(benchmark::State& state) {
-    measure(state, [](ExportFixture& f) {
-        ReportGenerator generator(f.entries(), clientLayout(), f.env(), referenceLastDay());
-        return generator.generate(f.output("all.html"), f.everything());
+    measure(state, [](EntryTable& entries, const ExportSetup& s) {
+        ReportGenerator generator(entries, clientLayout(), s.env(), referenceLastDay());
+        return generator.generate(s.output("all.html"), s.everything());
     });
 }
 

@@ -113,7 +113,7 @@ bool ObjectStore::deleteDatabase(CEOID database) {
 // The cursor keeps a scan statement running between seeks so that walking
 // forward costs one step; any write lets go of it (its snapshot would block
 // the write) and the next move starts a new scan from the remembered place.
-struct Database::Impl : DataFile::Reader {
+struct Database::Impl final : DataFile::Reader {
     DataFile& file;
     CEOID dbOid = 0;
     DatabaseInfo info;

@@ -71,7 +71,7 @@ std::string capture(const std::string& command, int* status) {
 
 ToolRun qrbDump(const std::string& path) {
     ToolRun run;
-    std::string tool = sharedFolder() + "/tools/qrb_dump.py";
+    std::string tool = sharedDir() + "/tools/qrb_dump.py";
     if (!std::filesystem::exists("/usr/bin/python3") || !std::filesystem::exists(tool)) {
         run.err = "no /usr/bin/python3 or no " + tool;
         return run;
@@ -86,16 +86,9 @@ ToolRun qrbDump(const std::string& path) {
     return run;
 }
 
-std::string sharedFolder() {
-    std::string dir = sharedDir();
-    if (std::filesystem::exists(dir + "/tools")) return dir;
-    // Run from another working directory without QB_SHARED: the folder sits
-    // beside the source tree.
-    return (std::filesystem::path(__FILE__).parent_path() / "../../../shared").lexically_normal();
-}
 
 std::string fixture(const std::string& name) {
-    return sharedFolder() + "/fixtures/compound/" + name;
+    return sharedDir() + "/fixtures/compound/" + name;
 }
 
 }  // namespace qb::testing

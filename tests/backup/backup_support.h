@@ -39,8 +39,7 @@ struct ToolRun {
 // Runs tools/qrb_dump.py on the file.
 ToolRun qrbDump(const std::string& path);
 
-// The shared folder of tools and fixtures, and a fixture in it.
-std::string sharedFolder();
+// A fixture of the shared folder (testing::sharedDir()).
 std::string fixture(const std::string& name);
 
 }  // namespace qb::testing

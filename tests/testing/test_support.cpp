@@ -29,10 +29,7 @@ TempDir::~TempDir() {
 RunResult runQuillarbor(const std::vector<std::string>& args, const std::vector<std::string>& env) {
     RunResult result;
     const char* binary = std::getenv("QB_BINARY");
-    if (!binary) {
-        result.err = "QB_BINARY is not set";
-        return result;
-    }
+    if (!binary) binary = QB_DEFAULT_BINARY;
     TempDir scratch;
     std::string outPath = scratch.file("out");
     std::string errPath = scratch.file("err");
@@ -84,7 +81,7 @@ void writeFile(const std::string& path, const std::string& bytes) {
 
 std::string sharedDir() {
     const char* dir = std::getenv("QB_SHARED");
-    return dir ? dir : "../shared";
+    return dir ? dir : QB_DEFAULT_SHARED;
 }
 
 }  // namespace qb::testing
