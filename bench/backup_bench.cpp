@@ -12,33 +12,12 @@
 
 #include "backup/backup_writer.h"
 #include "platform/platform.h"
+#include "reference_fixture.h"
 #include "reference_store.h"
 #include "store/tables.h"
 
 namespace qb {
 namespace {
-
-class ScratchDir {
-  public:
-    ScratchDir() {
-        std::string pattern =
-            (std::filesystem::temp_directory_path() / "qb-backup-bench-XXXXXX").string();
-        if (mkdtemp(pattern.data())) path_ = pattern;
-    }
-    ~ScratchDir() {
-        std::error_code ec;
-        if (!path_.empty()) std::filesystem::remove_all(path_, ec);
-    }
-    ScratchDir(const ScratchDir&) = delete;
-    ScratchDir& operator=(const ScratchDir&) = delete;
-
-    bool ok() const { return !path_.empty(); }
-    std::string file(const std::string& name) const { return path_ + "/" + name; }
-    const std::string& path() const { return path_; }
-
-  private:
-    std::string path_;
-};
 
 // An opened store with its tables.
 struct OpenStore {
@@ -59,7 +38,7 @@ struct OpenStore {
     }
 };
 
-// The reference store in a file and its backup, made once per process.
+// The backup of the reference store, made once per process.
 class BackupFixture {
   public:
     static BackupFixture& get() {
@@ -67,27 +46,17 @@ class BackupFixture {
         return fixture;
     }
     bool ok() const { return ok_; }
-    OpenStore& store() { return store_; }
-    std::string backupFile() const { return files_.file("reference.qrb"); }
-    const ScratchDir& files() const { return files_; }
+    ReferenceFixture& store() { return ReferenceFixture::get(); }
+    std::string backupFile() const { return file("reference.qrb"); }
+    std::string file(const std::string& name) const { return files_.path() + "/" + name; }
 
   private:
     BackupFixture() {
-        if (!dir_.ok() || !files_.ok()) return;
-        {
-            std::unique_ptr<Platform> platform;
-            if (!Platform::open(dir_.path(), &platform).isOk() ||
-                !makeReferenceStore(*platform, ReferenceOptions())) {
-                return;
-            }
-        }
-        ok_ = store_.open(dir_.path()) &&
-              createBackupFile(*store_.entries, *store_.masters, backupFile());
+        ReferenceFixture& f = ReferenceFixture::get();
+        ok_ = f.ok() && files_.ok() && createBackupFile(f.entries(), f.masters(), backupFile());
     }
 
-    ScratchDir dir_;
-    ScratchDir files_;
-    OpenStore store_;
+    TempDir files_;
     bool ok_ = false;
 };
 
@@ -104,7 +73,7 @@ void BM_BackupReferenceStore(benchmark::State& state) {
         return;
     }
     for (auto _ : state) {
-        if (!createBackupFile(*f.store().entries, *f.store().masters, f.files().file("b.qrb"))) {
+        if (!createBackupFile(f.store().entries(), f.store().masters(), f.file("b.qrb"))) {
             state.SkipWithError("backup failed");
             break;
         }
@@ -126,7 +95,7 @@ void BM_RestoreIntoEmptyStore(benchmark::State& state) {
     }
     for (auto _ : state) {
         state.PauseTiming();
-        auto dir = std::make_unique<ScratchDir>();
+        auto dir = std::make_unique<TempDir>();
         auto target = std::make_unique<OpenStore>();
         if (!dir->ok() || !target->open(dir->path())) {
             state.SkipWithError("cannot open an empty store");

@@ -14,9 +14,9 @@ std::u16string backingUpRecordText(long number) {
 FeatureMessage restoreMessage(int result) {
     switch (result) {
         case kRestoreFailed:
-            return {kRestoreFailedText, MessageIcon::kStop};
+            return {kRestoreFailedText, FeatureIcon::kStop};
         case kRestoreUnsupported:
-            return {kUnsupportedBackupText, MessageIcon::kStop};
+            return {kUnsupportedBackupText, FeatureIcon::kStop};
         default:
             return {};
     }
@@ -25,11 +25,11 @@ FeatureMessage restoreMessage(int result) {
 FeatureMessage loadArchiveMessage(int result) {
     switch (result) {
         case kRestoreDone:
-            return {kArchiveRestoredText, MessageIcon::kInformation};
+            return {kArchiveRestoredText, FeatureIcon::kInformation};
         case kRestoreFailed:
-            return {kArchiveTooOldText, MessageIcon::kStop};
+            return {kArchiveTooOldText, FeatureIcon::kStop};
         case kRestoreWrongKind:
-            return {kArchiveDataOnlyText, MessageIcon::kExclamation};
+            return {kArchiveDataOnlyText, FeatureIcon::kExclamation};
         default:
             return {};
     }

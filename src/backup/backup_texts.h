@@ -47,11 +47,11 @@ inline constexpr std::u16string_view kArchiveRestoredText = u"Archive file has b
 inline constexpr std::u16string_view kArchiveTypeRangeText = u"Entries of a date range";
 inline constexpr std::u16string_view kArchiveTypeClientsText = u"Clients";
 
-enum class MessageIcon { kInformation, kExclamation, kStop };
+enum class FeatureIcon { kInformation, kExclamation, kStop };
 
 struct FeatureMessage {
     std::u16string_view text;  // empty: no message
-    MessageIcon icon = MessageIcon::kStop;
+    FeatureIcon icon = FeatureIcon::kStop;
 };
 
 // What the user is told after a restore or an archive load with that result.

@@ -64,7 +64,7 @@ int load(CommandContext& ctx, const std::string& fileName) {
     int result = loadArchive(ctx.entries(), ctx.masters(), fileName);
     FeatureMessage message = loadArchiveMessage(result);
     if (!message.text.empty()) {
-        std::ostream& to = message.icon == MessageIcon::kInformation ? ctx.out : ctx.err;
+        std::ostream& to = message.icon == FeatureIcon::kInformation ? ctx.out : ctx.err;
         to << u8(message.text) << "\n";
     }
     return result == kRestoreDone ? kExitOk : kExitFailed;

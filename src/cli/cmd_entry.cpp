@@ -1,5 +1,6 @@
 #include <ostream>
 
+#include "app/frame_texts.h"
 #include "cli/cli_text.h"
 #include "cli/command.h"
 #include "cli/master_lookup.h"
@@ -20,7 +21,6 @@
 namespace qb {
 namespace {
 
-constexpr std::u16string_view kDeleteQuestion = u"Are you sure to permanently delete this item?";
 
 const std::vector<Args::Option> kFieldOptions = {{"date", true},
                                                  {"start", true},
@@ -222,7 +222,7 @@ int runEntry(CommandContext& ctx) {
     if (verb == "show") return show(ctx, stored);
     if (verb == "toggle-paid") return togglePaid(ctx, stored);
     if (verb == "copy") return copy(ctx, args, stored);
-    if (!confirmed(ctx, args.has("yes"), kDeleteQuestion)) return kExitRefused;
+    if (!confirmed(ctx, args.has("yes"), kDeleteEntryQuestion)) return kExitRefused;
     return ctx.entries().remove(stored.recordOid) ? kExitOk : ctx.failed("cannot delete the entry");
 }
 

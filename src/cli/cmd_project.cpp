@@ -3,20 +3,11 @@
 #include "cli/cli_text.h"
 #include "cli/command.h"
 #include "cli/master_lookup.h"
+#include "entry/client_tree.h"
 #include "store/tables.h"
 
 namespace qb {
 namespace {
-
-constexpr std::u16string_view kDeleteProjectQuestion =
-    u"Are you sure to delete this project and all its tasks?";
-
-bool hasProject(ProjectTable& table, ClientId client, const std::u16string& project) {
-    for (const ProjectRecord& p : projectsOf(table, client)) {
-        if (p.project == project) return true;
-    }
-    return false;
-}
 
 int add(CommandContext& ctx, const Args& args, const ClientRecord& client) {
     std::u16string project = inputText(args.positional()[1]);
@@ -27,37 +18,31 @@ int add(CommandContext& ctx, const Args& args, const ClientRecord& client) {
     return kExitOk;
 }
 
+// The project's node of the client setup tree, as the window would select it.
+const ClientNode* projectNode(CommandContext& ctx, const std::vector<ClientNode>& tree,
+                              const ClientRecord& client, const std::u16string& project) {
+    const ClientNode* node = findNode(tree, client.name, NodeKind::kProject, project);
+    if (!node) ctx.refused("There is no project \"" + u8(project) + "\".");
+    return node;
+}
+
 // Every pair of the project takes the new name at once.
 int rename(CommandContext& ctx, const Args& args, const ClientRecord& client) {
     if (args.positional().size() != 3) return ctx.usage("project rename takes CLIENT OLD NEW");
-    std::u16string from = u16(args.positional()[1]);
     std::u16string to = inputText(args.positional()[2]);
     if (to.empty()) return ctx.refused(std::u16string(kBlankNotAllowed));
-    ProjectTable& table = ctx.masters().projects;
-    std::vector<ProjectRecord> pairs = projectsOf(table, client.clientId);
-    bool found = false;
-    for (const ProjectRecord& p : pairs) {
-        if (p.project != from) continue;
-        found = true;
-        if (!table.seekOid(p.oid) || !renameProject(table, to)) {
-            return ctx.failed("cannot rename the project");
-        }
-    }
-    if (!found) return ctx.refused("There is no project \"" + u8(from) + "\".");
-    return kExitOk;
+    std::vector<ClientNode> tree = clientTree(ctx.masters());
+    const ClientNode* node = projectNode(ctx, tree, client, u16(args.positional()[1]));
+    if (!node) return kExitRefused;
+    return renameNode(ctx.masters(), *node, to) ? kExitOk : ctx.failed("cannot rename the project");
 }
 
 int remove(CommandContext& ctx, const Args& args, const ClientRecord& client) {
-    std::u16string project = u16(args.positional()[1]);
-    ProjectTable& table = ctx.masters().projects;
-    if (!hasProject(table, client.clientId, project)) {
-        return ctx.refused("There is no project \"" + u8(project) + "\".");
-    }
-    if (!confirmed(ctx, args.has("yes"), kDeleteProjectQuestion)) return kExitRefused;
-    if (!removeProject(table, client.clientId, project)) {
-        return ctx.failed("cannot delete the project");
-    }
-    return kExitOk;
+    std::vector<ClientNode> tree = clientTree(ctx.masters());
+    const ClientNode* node = projectNode(ctx, tree, client, u16(args.positional()[1]));
+    if (!node) return kExitRefused;
+    if (!confirmed(ctx, args.has("yes"), deleteQuestion(NodeKind::kProject))) return kExitRefused;
+    return deleteNode(ctx.masters(), *node) ? kExitOk : ctx.failed("cannot delete the project");
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <QToolBar>
 #include <QVBoxLayout>
 
+#include "app/frame_texts.h"
 #include "gui/app_state.h"
 #include "gui/dialogs/about_box.h"
 #include "gui/dialogs/custom_period_dialog.h"
@@ -434,7 +435,7 @@ void MainWindow::showContextMenu(CEOID id, const QPoint& pos) {
 void MainWindow::deleteSelected() {
     TimeEntry entry;
     if (!readSelected(&entry)) return;
-    if (!confirm(this, QStringLiteral("Are you sure to permanently delete this item?"))) return;
+    if (!confirm(this, toQt(std::u16string(kDeleteEntryQuestion)))) return;
     state_.entries().remove(entry.recordOid);
     refresh();
 }

@@ -24,6 +24,14 @@ int digitValue(char16_t c) {
 
 }  // namespace
 
+int fieldDigitValue(char16_t c) {
+    return digitValue(c);
+}
+
+char16_t fieldDigit(int field) {
+    return static_cast<char16_t>(field < 10 ? u'0' + field : u'a' + field - 10);
+}
+
 std::uint16_t ReportLayout::u16At(std::size_t at) const {
     return static_cast<std::uint16_t>(bytes_[at] | bytes_[at + 1] << 8);
 }

@@ -99,4 +99,9 @@ void extendFieldOrder(ReportLayout& layout);
 // The field numbers of the columns, in column order.
 std::vector<int> shownFields(const ReportLayout& layout);
 
+// A character of fieldOrder as the field number it names ("0"-"9", then
+// "a"-"v"), -1 for any other; and back, for 0-31.
+int fieldDigitValue(char16_t c);
+char16_t fieldDigit(int field);
+
 }  // namespace qb

@@ -95,7 +95,7 @@ std::uint32_t storedRate(double currencyUnits) {
 
 CEOID addClient(ClientTable& table, const std::u16string& name, ClientId* newId) {
     if (name.empty() || table.seekEqual(CEPROPVAL::wstr(kPropClient, name))) return 0;
-    ClientId id = nextClientId(table.platform());
+    ClientId id = table.nextClientId();
     if (id == 0) return 0;
     if (!table.add({owner(id), CEPROPVAL::wstr(kPropClient, name)})) return 0;
     if (newId) *newId = id;

@@ -141,14 +141,34 @@ bool ClientTable::open(std::uint32_t flags) {
     return openRaw(name_, openSortOrder(), flags);
 }
 
-ClientId nextClientId(Platform& platform) {
-    ListTable list(platform, ListTable::Order::kByKind);
-    if (!list.open() || !list.seekEqual(kindValue(kListCounter))) return 0;
+namespace {
+
+ClientId takeNextId(ListTable& list) {
+    if (!list.seekEqual(kindValue(kListCounter))) return 0;
     auto id = static_cast<ClientId>(list.readOne(kNextClientIdProp));
     if (!list.update({kindValue(kListCounter), CEPROPVAL::ui4(kPropNextClientId, id + 1)})) {
         return 0;
     }
     return id;
+}
+
+}  // namespace
+
+ClientId nextClientId(Platform& platform) {
+    ListTable list(platform, ListTable::Order::kByKind);
+    return list.open() ? takeNextId(list) : 0;
+}
+
+ClientTable::ClientTable(Platform& platform) : PropertyTable(platform) {}
+ClientTable::~ClientTable() = default;
+
+ClientId ClientTable::nextClientId() {
+    if (!counter_) {
+        auto list = std::make_unique<ListTable>(platform_, ListTable::Order::kByKind);
+        if (!list->open()) return 0;
+        counter_ = std::move(list);
+    }
+    return takeNextId(*counter_);
 }
 
 TableCatalogue SystemContactsTable::catalogue() const {

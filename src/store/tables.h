@@ -3,6 +3,7 @@
 // The tables of the store, each a property database with its own name,
 // type id and sort orders.
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -65,11 +66,18 @@ protected:
 // Clients by name. Opening it also keeps the client-id counter record.
 class ClientTable : public PropertyTable {
 public:
-    using PropertyTable::PropertyTable;
+    explicit ClientTable(Platform& platform);
+    ~ClientTable() override;
     bool open(std::uint32_t flags = 0) override;
+    // Hands out the next client id, keeping the counter's table open for the
+    // next one (an import adds thousands).
+    ClientId nextClientId();
 
 protected:
     TableCatalogue catalogue() const override;
+
+private:
+    std::unique_ptr<ListTable> counter_;
 };
 
 class ProjectTable : public PropertyTable {
