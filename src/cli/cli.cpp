@@ -22,6 +22,9 @@ constexpr const char* kOverview =
     "  --data DIR   the data directory (else $QUILLARBOR_DATA, else\n"
     "               $XDG_DATA_HOME/quillarbor, else ~/.local/share/quillarbor)\n"
     "\n"
+    "Environment: QUILLARBOR_NOW=YYYY-MM-DDTHH:MM:SS fixes today's date and time\n"
+    "(for scripts and checks).\n"
+    "\n"
     "Commands:\n";
 
 std::string defaultDataDir() {

@@ -69,7 +69,10 @@ constexpr const char* kClientUsage =
     "deletes its projects, tasks, contacts and rates; time entries keep its name.\n"
     "import adds each line of a list file (ANSI, or UTF-16 after an FF FE mark;\n"
     "lines over 128 characters cut to 127) or each card of a vCard file; export\n"
-    "writes one level of the tree, CR LF between items, ANSI or --unicode UTF-16.\n";
+    "writes one level of the tree, CR LF between items, ANSI or --unicode UTF-16.\n"
+    "tree prints the client setup tree: kind, number and text, two spaces of\n"
+    "indent per level. migrate moves the named projects (with all their tasks)\n"
+    "or tasks of client FROM to client TO.\n";
 
 constexpr const char* kProjectUsage =
     "usage: quillarbor project add CLIENT PROJECT\n"
@@ -108,7 +111,9 @@ constexpr const char* kDroplistUsage =
     "       quillarbor droplist import LIST FILE\n"
     "\n"
     "LIST is phase, currency, custom1, custom2 or custom3. clear deletes the whole\n"
-    "list and needs --yes. Saving an entry adds its new texts by itself.\n";
+    "list and needs --yes. rename changes one item in place; import adds each\n"
+    "line of a list file (ANSI, or UTF-16 after an FF FE mark). Saving an entry\n"
+    "adds its new texts by itself.\n";
 
 constexpr const char* kSettingsUsage =
     "usage: quillarbor settings list\n"
@@ -163,7 +168,8 @@ constexpr const char* kFilterUsage =
     "              [--bill-to X] [--currency X] [--rate-type N]\n"
     "              [--no-unpaid] [--no-paid] [--no-non-billable]\n"
     "\n"
-    "The filter chooses the entries the main window and 'list' show.\n";
+    "The filter chooses the entries the main window and 'list' show. A value\n"
+    "must match exactly, capital letters included.\n";
 
 constexpr const char* kBackupUsage =
     "usage: quillarbor backup create FILE\n"

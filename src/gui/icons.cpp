@@ -161,6 +161,17 @@ QIcon rateIcon(int rateType) {
     return letterTile(kColours[t], QString::fromLatin1(kLetters[t]));
 }
 
+QIcon contactIcon() {
+    return drawn([](QPainter& p) {  // a person on a tile
+        p.setPen(Qt::NoPen);
+        p.setBrush(QColor(0x2F, 0x8F, 0x9D));
+        p.drawRoundedRect(QRectF(1, 1, 14, 14), 3, 3);
+        p.setBrush(Qt::white);
+        p.drawEllipse(QRectF(5.5, 3.5, 5, 5));
+        p.drawChord(QRectF(3.5, 9, 9, 8), 0, 180 * 16);
+    });
+}
+
 QIcon groupIcon() {
     return drawn([](QPainter& p) {  // a folder
         p.setPen(QPen(QColor(0xB8, 0x8A, 0x1E), 1));

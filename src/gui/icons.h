@@ -21,6 +21,8 @@ QIcon summaryIcon();
 // Rate nodes by rate type, and the rate groups.
 QIcon rateIcon(int rateType);
 QIcon groupIcon();
+// A contact (bill-to name) of the client setup.
+QIcon contactIcon();
 QIcon applicationIcon();
 
 }  // namespace qb
