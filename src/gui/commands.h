@@ -23,6 +23,7 @@ enum Command : int {
     kCmdArrangeDefault = 40108,  // 40108 + key, up to 40116
     kCmdMarkPaidEntries = 40080,
     kCmdReport = 40081,
+    kCmdReportDesigner = 40084,
     kCmdExportCsv = 40101,
     kCmdExportXml = 40102,
     kCmdBackupCreate = 40082,

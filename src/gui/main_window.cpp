@@ -11,6 +11,7 @@
 
 #include "app/frame_texts.h"
 #include "gui/app_state.h"
+#include "gui/clients/client_setup_window.h"
 #include "gui/dialogs/about_box.h"
 #include "gui/dialogs/custom_period_dialog.h"
 #include "gui/dialogs/customize_dialog.h"
@@ -24,6 +25,8 @@
 #include "gui/icons.h"
 #include "gui/message_box.h"
 #include "gui/period_header.h"
+#include "gui/reports/report_commands.h"
+#include "gui/tools/tools.h"
 #include "store/time_entry.h"
 #include "views/calendar_helpers.h"
 #include "views/period_rows.h"
@@ -83,6 +86,9 @@ MainWindow::MainWindow(AppState& state, QWidget* parent) : QMainWindow(parent), 
     connect(changePoll_, &QTimer::timeout, this, &MainWindow::pollForChanges);
     changePoll_->start(1000);
     installEntryWork(*this, state_);
+    installClientSetup(*this, state_);
+    installReports(*this, state_);
+    installTools(*this, state_);
     updateMenuStates();
     resize(960, 680);
 }
@@ -152,6 +158,7 @@ void MainWindow::buildMenus() {
     QMenu* tools = menuBar()->addMenu(tr("&Tools"));
     addCommand(tools, kCmdMarkPaidEntries, QStringLiteral("Mark Paid Entries..."));
     addCommand(tools, kCmdReport, QStringLiteral("Report..."));
+    addCommand(tools, kCmdReportDesigner, QStringLiteral("Report Designer..."));
     QMenu* exportMenu = tools->addMenu(QStringLiteral("Export"));
     addCommand(exportMenu, kCmdExportCsv, QStringLiteral("CSV..."));
     addCommand(exportMenu, kCmdExportXml, QStringLiteral("XML..."));
@@ -391,6 +398,7 @@ void MainWindow::customize() {
 
 void MainWindow::options() {
     OptionsDialog dialog(state_.settings(), this);
+    addExportPage(dialog, state_.settings());
     if (dialog.exec() != QDialog::Accepted) return;
     state_.saveSettings();
     list_->applyFont();

@@ -1,7 +1,6 @@
 #include "report/layout_designer.h"
 
 #include <cmath>
-#include <utility>
 
 #include "app/settings.h"
 #include "report/report_fields.h"
@@ -13,14 +12,14 @@ namespace {
 constexpr std::size_t kFieldRows = 18;
 
 constexpr std::array<std::uint32_t, kGroupByChoiceCount> kGroupByProperties = {
-    makePropId(kPropDate, CEVT_FILETIME),     makePropId(kPropClient, CEVT_LPWSTR),
-    makePropId(kPropProject, CEVT_LPWSTR),    makePropId(kPropPhase, CEVT_LPWSTR),
-    makePropId(kPropTask, CEVT_LPWSTR),       makePropId(kPropDuration, CEVT_UI2),
-    makePropId(kPropCurrency, CEVT_LPWSTR),   makePropId(kPropBillable, CEVT_BOOL),
-    makePropId(kPropPaid, CEVT_BOOL),         makePropId(kPropOldStartTime, CEVT_FILETIME),
-    makePropId(kPropBillTo, CEVT_LPWSTR),     makePropId(kPropCustom1, CEVT_LPWSTR),
-    makePropId(kPropCustom2, CEVT_LPWSTR),    makePropId(kPropCustom3, CEVT_LPWSTR),
-    makePropId(kPropRateType, CEVT_UI2),      kGroupByNothing,
+    makePropId(kPropDate, CEVT_FILETIME),   makePropId(kPropClient, CEVT_LPWSTR),
+    makePropId(kPropProject, CEVT_LPWSTR),  makePropId(kPropPhase, CEVT_LPWSTR),
+    makePropId(kPropTask, CEVT_LPWSTR),     makePropId(kPropDuration, CEVT_UI2),
+    makePropId(kPropCurrency, CEVT_LPWSTR), makePropId(kPropBillable, CEVT_BOOL),
+    makePropId(kPropPaid, CEVT_BOOL),       makePropId(kPropOldStartTime, CEVT_FILETIME),
+    makePropId(kPropBillTo, CEVT_LPWSTR),   makePropId(kPropCustom1, CEVT_LPWSTR),
+    makePropId(kPropCustom2, CEVT_LPWSTR),  makePropId(kPropCustom3, CEVT_LPWSTR),
+    makePropId(kPropRateType, CEVT_UI2),    kGroupByNothing,
 };
 
 // The mask bit of a field is 2^n in floating point, as layouts have always
@@ -90,14 +89,6 @@ void applyDesign(const LayoutDesign& design, ReportLayout& layout) {
     for (int i = 0; i < kFooterLineCount; ++i) {
         layout.setFooterHidden(static_cast<FooterLine>(i), design.footerShown[i] ? 0 : 1);
     }
-}
-
-bool moveFieldRow(LayoutDesign& design, int row, int step) {
-    const int to = row + step;
-    const int count = static_cast<int>(design.fields.size());
-    if (row < 0 || row >= count || to < 0 || to >= count) return false;
-    std::swap(design.fields[static_cast<std::size_t>(row)], design.fields[static_cast<std::size_t>(to)]);
-    return true;
 }
 
 }  // namespace qb

@@ -49,7 +49,5 @@ LayoutDesign designFromLayout(const ReportLayout& layout);
 // Writes the rows into `layout`. A flat report keeps the grouping fields it
 // had, and an order longer than the rows keeps its tail.
 void applyDesign(const LayoutDesign& design, ReportLayout& layout);
-// Moves a field row one place up (-1) or down (+1); false at either end.
-bool moveFieldRow(LayoutDesign& design, int row, int step);
 
 }  // namespace qb

@@ -24,7 +24,8 @@ bool chooseFile(QWidget* parent, const FileRequest& request, FileChoice* choice)
     dialog.setDefaultSuffix(request.defaultSuffix);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return false;
     choice->path = dialog.selectedFiles().constFirst();
-    choice->filter = std::max(0, static_cast<int>(request.filters.indexOf(dialog.selectedNameFilter())));
+    choice->filter =
+        std::max(0, static_cast<int>(request.filters.indexOf(dialog.selectedNameFilter())));
     return true;
 }
 

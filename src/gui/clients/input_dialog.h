@@ -20,8 +20,7 @@ class InputDialog : public QDialog {
     QLineEdit* field() const { return field_; }
 
     // The text typed, or nothing when the user cancelled.
-    static std::optional<std::u16string> ask(QWidget* parent, const QString& prompt,
-                                             int maxChars);
+    static std::optional<std::u16string> ask(QWidget* parent, const QString& prompt, int maxChars);
 
   private:
     QLineEdit* field_;

@@ -29,6 +29,7 @@
 #include "gui/entry/note_editor.h"
 #include "gui/entry/set_times_dialog.h"
 #include "gui/message_box.h"
+#include "gui/tools/note_round_trip.h"
 #include "platform/calendar.h"
 #include "platform/data_file.h"
 #include "store/entry_save.h"
@@ -274,8 +275,20 @@ void EntryEditor::buildNotes() {
     auto* page = new QWidget;
     p_->notes = new NoteEditor(page);
     p_->notes->setObjectName(QStringLiteral("notes"));
+    auto* editInWord = new QPushButton(QStringLiteral("Edit In Word"), page);
+    editInWord->setObjectName(QStringLiteral("editInWord"));
+    connect(editInWord, &QPushButton::clicked, this, [this] {
+        QPlainTextEdit* box = p_->notes->textBox();
+        if (auto edited = editNoteOutside(this, fromQt(box->toPlainText()))) {
+            // Through the cursor, so that Undo brings the old note back.
+            QTextCursor all(box->document());
+            all.select(QTextCursor::Document);
+            all.insertText(toQt(*edited));
+        }
+    });
     auto* layout = new QVBoxLayout(page);
     layout->addWidget(p_->notes);
+    layout->addWidget(editInWord, 0, Qt::AlignLeft);
     p_->tabs->addTab(page, QStringLiteral("Notes"));
 }
 

@@ -16,6 +16,7 @@ class QWidget;
 namespace qb {
 
 class AppState;
+struct EntryFilter;
 class MainWindow;
 class OptionsDialog;
 class ReportDesigner;

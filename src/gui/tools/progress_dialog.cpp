@@ -46,6 +46,7 @@ int ProgressDialog::run(const std::function<int(BackupProgress*)>& work) {
     int result = 0;
     // Queued, as the start message was: the dialog is drawn before the work.
     QTimer::singleShot(0, this, [&] {
+        if (observer()) observer()(*this);
         WaitCursor wait;
         result = work(this);
         done(QDialog::Accepted);

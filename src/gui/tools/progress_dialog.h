@@ -26,7 +26,8 @@ class ProgressDialog : public QDialog, public ProgressDisplay {
     // closes itself when the work is done. Answers what the work answered.
     int run(const std::function<int(BackupProgress*)>& work);
 
-    // Test hook: called after each repaint of a change, with the dialog.
+    // Test hook: called once the dialog is up and after each repaint of a
+    // change, with the dialog.
     static void setObserver(std::function<void(ProgressDialog&)> observer);
 
     QLabel* recordLine() const { return second_; }

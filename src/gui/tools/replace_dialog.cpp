@@ -15,6 +15,7 @@
 #include "gui/app_state.h"
 #include "gui/message_box.h"
 #include "gui/tools/tool_support.h"
+#include "platform/data_file.h"
 #include "platform/platform.h"
 
 namespace qb {
@@ -101,7 +102,9 @@ void ReplaceDialog::refillFind() {
 }
 
 int ReplaceDialog::findIndex() const {
-    // A text typed over a chosen item is typed text, with no item index.
+    // Text typed over an item has no item index. (Qt chooses the item a
+    // typed text equals when the box loses the focus, so typing an item's
+    // text is choosing it.)
     const int index = find_->currentIndex();
     return index >= 0 && find_->itemText(index) == find_->currentText() ? index : -1;
 }

@@ -1,0 +1,192 @@
+#include "gui/tools/tools.h"
+
+#include <QFileInfo>
+
+#include "backup/archive_writer.h"
+#include "backup/backup_texts.h"
+#include "backup/backup_writer.h"
+#include "entry/mark_paid.h"
+#include "entry/note_export.h"
+#include "entry/note_text.h"
+#include "gui/app_state.h"
+#include "gui/clients/file_chooser.h"
+#include "gui/commands.h"
+#include "gui/dialogs/criteria_sheet.h"
+#include "gui/entry_list_widget.h"
+#include "gui/main_window.h"
+#include "gui/message_box.h"
+#include "gui/tools/archive_dialog.h"
+#include "gui/tools/copy_dialog.h"
+#include "gui/tools/drop_lists_dialog.h"
+#include "gui/tools/progress_dialog.h"
+#include "gui/tools/replace_dialog.h"
+#include "gui/tools/tool_support.h"
+#include "platform/data_file.h"
+#include "platform/text.h"
+#include "store/tables.h"
+#include "store/time_entry.h"
+
+namespace qb {
+namespace {
+
+// The formats "Export Note..." offers, in the order of its filter; the
+// device's own word-processor formats have no reader here.
+constexpr std::u16string_view kNoteFilter =
+    u"Rich Text Files (*.rtf)|*.rtf|Text Files (*.txt)|*.txt|Unicode Text Files (*.txt)|*.txt|";
+constexpr NoteFormat kNoteFormats[] = {NoteFormat::kRtf, NoteFormat::kText, NoteFormat::kUnicode};
+constexpr const char* kNoteExtensions[] = {"rtf", "txt", "txt"};
+
+FileRequest fileRequest(bool save, std::u16string_view filter, std::u16string_view extension) {
+    return {save, QString(), nameFilters(filter), qtText(extension)};
+}
+
+void tell(QWidget* parent, const FeatureMessage& message) {
+    if (message.text.empty()) return;
+    MessageIcon icon = MessageIcon::kStop;
+    if (message.icon == FeatureIcon::kInformation) icon = MessageIcon::kInformation;
+    if (message.icon == FeatureIcon::kExclamation) icon = MessageIcon::kExclamation;
+    showMessage(parent, {qtText(message.text), icon, QMessageBox::Ok, QMessageBox::Ok});
+}
+
+}  // namespace
+
+Tools::Tools(MainWindow& window, AppState& state)
+    : QObject(&window), window_(window), state_(state) {}
+
+void Tools::createBackup() {
+    FileChoice file;
+    if (!chooseFile(&window_, fileRequest(true, kBackupFilterText, kBackupExtension), &file)) {
+        return;
+    }
+    ProgressDialog dialog(kBackupProgressText, true, &window_);
+    const int ok = dialog.run([&](BackupProgress* progress) {
+        return createBackupFile(state_.entries(), state_.masters(), localPath(file.path), progress)
+                   ? 1
+                   : 0;
+    });
+    if (!ok) fail(&window_, qtText(kBackupFailedText));
+}
+
+void Tools::restoreBackup() {
+    FileChoice file;
+    if (!chooseFile(&window_, fileRequest(false, kBackupFilterText, kBackupExtension), &file)) {
+        return;
+    }
+    ProgressDialog dialog(kRestoreProgressText, false, &window_);
+    const int result = dialog.run([&](BackupProgress*) {
+        return restoreBackupFile(state_.entries(), state_.masters(), localPath(file.path));
+    });
+    window_.refresh();
+    tell(&window_, restoreMessage(result));
+}
+
+void Tools::createArchive() {
+    SYSTEMTIME start{};
+    SYSTEMTIME end{};
+    window_.periodView().getPeriod(&start, &end);
+    ArchiveDialog dialog(state_, start, end, &window_);
+    if (dialog.exec() != QDialog::Accepted) return;
+    FileChoice file;
+    if (!chooseFile(&window_, fileRequest(true, kArchiveFilterText, kArchiveExtension), &file)) {
+        return;
+    }
+    bool ok = false;
+    {
+        WaitCursor wait;
+        ok = qb::createArchive(state_.entries(), state_.masters(), dialog.type(),
+                               dialog.rangeStart(), dialog.rangeEnd(), dialog.checkedClients(),
+                               dialog.deleteWhenArchived(), localPath(file.path));
+        window_.refresh();
+    }
+    if (!ok) fail(&window_, qtText(kArchiveFailedText));
+}
+
+void Tools::loadArchive() {
+    FileChoice file;
+    if (!chooseFile(&window_, fileRequest(false, kArchiveFilterText, kArchiveExtension), &file)) {
+        return;
+    }
+    int result = kRestoreFailed;
+    {
+        WaitCursor wait;
+        result = qb::loadArchive(state_.entries(), state_.masters(), localPath(file.path));
+        window_.refresh();
+    }
+    tell(&window_, loadArchiveMessage(result));
+}
+
+// OK of the criteria sheet is the confirmation: no question.
+void Tools::markPaidEntries() {
+    EntryFilter preset;
+    window_.periodView().getPeriod(&preset.start, &preset.end);
+    CriteriaSheet sheet(state_, preset, &window_);
+    if (sheet.exec() != QDialog::Accepted) return;
+    const EntryFilter criteria = sheet.criteria();
+    DataFile& file = state_.platform().file();
+    MarkPaidResult r;
+    {
+        WaitCursor wait;
+        r = qb::markPaidEntries(file, state_.entries(), criteria.rangeStart(), criteria.rangeEnd(),
+                                [&](const TimeEntry& e) { return criteria.matches(e); });
+        window_.refresh();
+    }
+    if (!r.ok) {
+        fail(&window_, QStringLiteral("The entries could not be marked paid in %1.")
+                           .arg(QString::fromStdString(file.path())));
+    }
+}
+
+void Tools::replaceFieldText() {
+    ReplaceDialog dialog(state_, &window_);
+    if (dialog.exec() == QDialog::Accepted) window_.refresh();
+}
+
+void Tools::editDropLists() {
+    DropListsDialog dialog(state_, &window_);
+    dialog.exec();
+}
+
+void Tools::copySelected() {
+    TimeEntry entry;
+    if (!readSelected(&entry)) return;
+    CopyDialog dialog(state_, entry, &window_);
+    if (dialog.exec() == QDialog::Accepted) window_.refresh();
+}
+
+void Tools::exportNote() {
+    TimeEntry entry;
+    if (!readSelected(&entry)) return;
+    FileRequest request = fileRequest(true, kNoteFilter, u"rtf");
+    FileChoice file;
+    if (!chooseFile(&window_, request, &file)) return;
+    const int chosen = file.filter >= 0 && file.filter < 3 ? file.filter : 0;
+    QString path = file.path;
+    if (QFileInfo(path).suffix().isEmpty()) {
+        path += QLatin1Char('.') + QLatin1String(kNoteExtensions[chosen]);
+    }
+    if (!qb::exportNote(localPath(path), noteText(entry), kNoteFormats[chosen],
+                        ansiCodePage(state_.registry()))) {
+        fail(&window_, qtText(kExportNoteFailedMessage));
+    }
+}
+
+bool Tools::readSelected(TimeEntry* entry) {
+    const CEOID id = window_.entryList().selectedId();
+    return id != 0 && state_.entries().seekOid(id) && readEntry(state_.entries(), *entry) == 0;
+}
+
+Tools* installTools(MainWindow& window, AppState& state) {
+    auto* tools = new Tools(window, state);
+    window.setHandler(kCmdBackupCreate, [tools] { tools->createBackup(); });
+    window.setHandler(kCmdBackupRestore, [tools] { tools->restoreBackup(); });
+    window.setHandler(kCmdArchiveCreate, [tools] { tools->createArchive(); });
+    window.setHandler(kCmdArchiveLoad, [tools] { tools->loadArchive(); });
+    window.setHandler(kCmdMarkPaidEntries, [tools] { tools->markPaidEntries(); });
+    window.setHandler(kCmdReplaceFieldText, [tools] { tools->replaceFieldText(); });
+    window.setHandler(kCmdEditDropLists, [tools] { tools->editDropLists(); });
+    window.setHandler(kCmdCopy, [tools] { tools->copySelected(); });
+    window.setHandler(kCmdExportNote, [tools] { tools->exportNote(); });
+    return tools;
+}
+
+}  // namespace qb
