@@ -95,12 +95,7 @@ QWidget* CriteriaSheet::makeCriteriaPage(AppState& state, const EntryFilter& pre
     form->addRow(QStringLiteral("Phase:"), phase_);
     form->addRow(QStringLiteral("Task:"), task_);
     form->addRow(QStringLiteral("Bill To:"), billTo_);
-    auto* checks = new QHBoxLayout;
-    checks->addWidget(unpaid_);
-    checks->addWidget(paid_);
-    checks->addWidget(nonBillable_);
-    checks->addStretch();
-    form->addRow(checks);
+    addFlagRow(form, unpaid_, paid_, nonBillable_);
     return page;
 }
 

@@ -1,5 +1,9 @@
 #include "gui/dialogs/dialog_support.h"
 
+#include <QCheckBox>
+#include <QFormLayout>
+#include <QHBoxLayout>
+
 #include <QComboBox>
 #include <QLabel>
 
@@ -67,6 +71,15 @@ QLabel* makeHeading(const QString& text, QWidget* parent) {
     font.setPointSizeF(font.pointSizeF() * 1.15);
     label->setFont(font);
     return label;
+}
+
+void addFlagRow(QFormLayout* form, QCheckBox* unpaid, QCheckBox* paid, QCheckBox* nonBillable) {
+    auto* checks = new QHBoxLayout;
+    checks->addWidget(unpaid);
+    checks->addWidget(paid);
+    checks->addWidget(nonBillable);
+    checks->addStretch();
+    form->addRow(checks);
 }
 
 }  // namespace qb

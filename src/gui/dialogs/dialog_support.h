@@ -9,7 +9,9 @@
 
 #include "platform/win_types.h"
 
+class QCheckBox;
 class QComboBox;
+class QFormLayout;
 class QLabel;
 class QWidget;
 
@@ -36,5 +38,8 @@ std::u16string chosenText(const QComboBox* box, int bufferChars);
 
 // A bold heading for the top of a dialog.
 QLabel* makeHeading(const QString& text, QWidget* parent);
+
+// The row of the three flag boxes ("Unpaid", "Paid", "Non Billable").
+void addFlagRow(QFormLayout* form, QCheckBox* unpaid, QCheckBox* paid, QCheckBox* nonBillable);
 
 }  // namespace qb

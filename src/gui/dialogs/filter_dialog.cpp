@@ -82,12 +82,7 @@ FilterDialog::FilterDialog(AppState& state, EntryFilter& filter, QWidget* parent
     form->addRow(QStringLiteral("Currency:"), currency_);
     form->addRow(QStringLiteral("Bill To:"), billTo_);
     form->addRow(QStringLiteral("Rate Type:"), rateType_);
-    auto* checks = new QHBoxLayout;
-    checks->addWidget(unpaid_);
-    checks->addWidget(paid_);
-    checks->addWidget(nonBillable_);
-    checks->addStretch();
-    form->addRow(checks);
+    addFlagRow(form, unpaid_, paid_, nonBillable_);
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
