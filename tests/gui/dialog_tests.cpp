@@ -43,18 +43,10 @@ namespace {
 
 // A store with two clients, their master data and the drop lists.
 std::unique_ptr<AppState> makeState() {
-    auto state = std::make_unique<AppState>(Platform::inMemory());
-    if (!state->open()) return nullptr;
-    state->settings() = defaultSettings();
+    auto state = twoClientState();
+    if (!state) return nullptr;
     MasterTables& m = state->masters();
-    ClientId acme = 0;
-    ClientId bolt = 0;
-    addClient(m.clients, u"Acme", &acme);
-    addClient(m.clients, u"Bolt", &bolt);
-    addProjectTask(m.projects, acme, u"Web", u"Design");
-    addProjectTask(m.projects, bolt, u"App", u"Build");
-    addTask(m.tasks, bolt, u"Support");
-    addContact(m.contacts, acme, u"Alice");
+    ClientId bolt = clientIdOf(m.clients, u"Bolt");
     addContact(m.contacts, bolt, u"Bob");
     ListTable lists(state->platform(), ListTable::Order::kByText);
     lists.open();

@@ -49,18 +49,10 @@ using namespace guitest;
 namespace {
 
 std::unique_ptr<AppState> makeState() {
-    auto state = std::make_unique<AppState>(Platform::inMemory());
-    if (!state->open()) return nullptr;
-    state->settings() = defaultSettings();
+    auto state = twoClientState();
+    if (!state) return nullptr;
     MasterTables& m = state->masters();
-    ClientId acme = 0;
-    ClientId bolt = 0;
-    addClient(m.clients, u"Acme", &acme);
-    addClient(m.clients, u"Bolt", &bolt);
-    addProjectTask(m.projects, acme, u"Web", u"Design");
-    addProjectTask(m.projects, bolt, u"App", u"Build");
-    addTask(m.tasks, bolt, u"Support");
-    addContact(m.contacts, acme, u"Alice");
+    ClientId acme = clientIdOf(m.clients, u"Acme");
     addRate(m.rates, kNormalRate, 50.0, kDefaultRatesClient, u"Standard", false);
     addRate(m.rates, kOvertimeRate, 75.0, acme, u"Late", false);
     return state;

@@ -12,9 +12,12 @@
 #include <QTest>
 #include <QTimer>
 #include <functional>
+#include <memory>
 #include <vector>
 
+#include "gui/app_state.h"
 #include "gui/message_box.h"
+#include "store/master_data.h"
 
 namespace qb::guitest {
 
@@ -65,6 +68,25 @@ void whenModal(std::function<void(D*)> act) {
         }
     });
     timer->start();
+}
+
+// An in-memory store with the default settings and two clients: Acme with
+// the pair Web/Design and the contact Alice, Bolt with App/Build and the task
+// Support.
+inline std::unique_ptr<AppState> twoClientState() {
+    auto state = std::make_unique<AppState>(Platform::inMemory());
+    if (!state->open()) return nullptr;
+    state->settings() = defaultSettings();
+    MasterTables& m = state->masters();
+    ClientId acme = 0;
+    ClientId bolt = 0;
+    addClient(m.clients, u"Acme", &acme);
+    addClient(m.clients, u"Bolt", &bolt);
+    addProjectTask(m.projects, acme, u"Web", u"Design");
+    addProjectTask(m.projects, bolt, u"App", u"Build");
+    addTask(m.tasks, bolt, u"Support");
+    addContact(m.contacts, acme, u"Alice");
+    return state;
 }
 
 template <typename W>
