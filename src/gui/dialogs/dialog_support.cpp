@@ -1,11 +1,11 @@
 #include "gui/dialogs/dialog_support.h"
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QFormLayout>
 #include <QHBoxLayout>
-
-#include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
 
 #include "entry/rate_rules.h"
 #include "gui/app_state.h"
@@ -38,6 +38,18 @@ QString qtDatePicture(const std::u16string& picture) {
         i += run - 1;
     }
     return out;
+}
+
+QComboBox* makeTextBox(const char* name, int maxLength, QWidget* parent) {
+    auto* box = new QComboBox(parent);
+    box->setObjectName(QString::fromLatin1(name));
+    box->setEditable(true);
+    box->setInsertPolicy(QComboBox::NoInsert);
+    // Without a completer the box also matches items case-sensitively when
+    // editing ends, so a text that equals an item keeps its own spelling.
+    box->setCompleter(nullptr);
+    if (maxLength > 0) box->lineEdit()->setMaxLength(maxLength);
+    return box;
 }
 
 void fillChoices(QComboBox* box, const std::vector<std::u16string>& items) {

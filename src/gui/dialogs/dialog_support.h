@@ -25,6 +25,13 @@ SYSTEMTIME fromQDate(const QDate& date);
 // a year of one or two letters becomes "yy" and a longer one "yyyy".
 QString qtDatePicture(const std::u16string& picture);
 
+// An editable drop-down whose text is only ever what the user typed or
+// picked: nothing completes a typed text, and Enter never swaps the text
+// for an item that matches it ignoring case (Qt's defaults do both). Enter
+// goes on to the dialog, which takes it as OK. A `maxLength` of 0 leaves
+// the line's own limit.
+QComboBox* makeTextBox(const char* name, int maxLength, QWidget* parent);
+
 // "(All)" as item 0, then the items.
 void fillChoices(QComboBox* box, const std::vector<std::u16string>& items);
 // "(All)" then the five rate type names, so that item k is type k - 1.

@@ -41,11 +41,7 @@ namespace {
 enum Page { kGeneralPage = 0, kBillingPage = 1, kCustomPage = 2, kNotesPage = 3 };
 
 QComboBox* textBox(const char* name, std::size_t limit, QWidget* parent) {
-    auto* box = new QComboBox(parent);
-    box->setObjectName(QString::fromLatin1(name));
-    box->setEditable(true);
-    box->setInsertPolicy(QComboBox::NoInsert);
-    box->lineEdit()->setMaxLength(static_cast<int>(limit));
+    QComboBox* box = makeTextBox(name, static_cast<int>(limit), parent);
     box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     box->setMinimumContentsLength(12);
     return box;

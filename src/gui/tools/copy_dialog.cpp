@@ -44,16 +44,12 @@ CopyDialog::CopyDialog(AppState& state, const TimeEntry& entry, QWidget* parent)
     : QDialog(parent),
       state_(state),
       entry_(entry),
-      duration_(new QComboBox(this)),
+      duration_(makeTextBox("duration", kDurationChars, this)),
       restOfWeek_(new QRadioButton(QStringLiteral("Rest of the week"), this)),
       until_(new QRadioButton(QStringLiteral("Specific end date:"), this)),
       endDate_(new QDateEdit(this)),
       weekend_(new QCheckBox(QStringLiteral("Include Weekend"), this)) {
     setWindowTitle(QStringLiteral("Quillarbor"));
-    duration_->setObjectName(QStringLiteral("duration"));
-    duration_->setEditable(true);
-    duration_->setInsertPolicy(QComboBox::NoInsert);
-    duration_->lineEdit()->setMaxLength(kDurationChars);
     duration_->setMinimumContentsLength(kDurationChars);
     duration_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     for (const std::u16string& item : durationItems(state.settings().timeInterval)) {

@@ -13,6 +13,7 @@
 #include <QVBoxLayout>
 
 #include "gui/app_state.h"
+#include "gui/dialogs/dialog_support.h"
 #include "gui/message_box.h"
 #include "gui/tools/tool_support.h"
 #include "platform/data_file.h"
@@ -48,7 +49,7 @@ ReplaceDialog::ReplaceDialog(AppState& state, QWidget* parent)
     : QDialog(parent),
       state_(state),
       type_(new QComboBox(this)),
-      find_(new QComboBox(this)),
+      find_(makeTextBox("find", 0, this)),
       replacement_(new QLineEdit(this)),
       status_(new QLabel(qtText(kUpdatingRecordsText), this)),
       bar_(new QProgressBar(this)),
@@ -58,9 +59,6 @@ ReplaceDialog::ReplaceDialog(AppState& state, QWidget* parent)
     for (int i = 0; i < kReplaceFieldCount; ++i) {
         type_->addItem(qtText(replaceFieldText(static_cast<ReplaceField>(i))));
     }
-    find_->setObjectName(QStringLiteral("find"));
-    find_->setEditable(true);
-    find_->setInsertPolicy(QComboBox::NoInsert);
     find_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     find_->setMinimumContentsLength(24);
     replacement_->setObjectName(QStringLiteral("replacement"));
