@@ -47,6 +47,13 @@ enum Command : int {
     kCmdDelete = 317,
     kCmdHelp = 1,
     kCmdQuit = 2,
+    // The desktop's own commands, beyond the handheld's menus.
+    kCmdUndo = 43001,
+    kCmdRedo = 43002,
+    kCmdPreviousPeriod = 43003,
+    kCmdNextPeriod = 43004,
+    kCmdToday = 43005,
+    kCmdTimesheet = 43006,
 };
 
 }  // namespace qb

@@ -15,6 +15,8 @@
 #include "gui/icons.h"
 #include "store/time_entry.h"
 #include "views/entry_tree.h"
+#include "views/period_rows.h"
+#include "views/period_totals.h"
 
 namespace qb {
 namespace {
@@ -22,6 +24,21 @@ namespace {
 constexpr int kIdRole = Qt::UserRole;
 constexpr int kLinesRole = Qt::UserRole + 1;
 constexpr int kStatusRole = Qt::UserRole + 2;
+constexpr int kSideRole = Qt::UserRole + 3;
+
+// The status colours of the right side, chosen for the palette's lightness
+// so they stay readable on a dark one.
+QColor stateColour(int status, const QPalette& pal) {
+    bool dark = pal.color(QPalette::Base).lightness() < 128;
+    switch (status) {
+        case kPaid:
+            return dark ? QColor(0x7c, 0xd9, 0x8b) : QColor(0x1e, 0x7b, 0x34);
+        case kUnpaid:
+            return dark ? QColor(0xff, 0xb8, 0x6b) : QColor(0xb3, 0x4d, 0x00);
+        default:
+            return pal.color(QPalette::PlaceholderText);
+    }
+}
 
 // Cuts a line that is too wide to what fits, less two characters, and
 // appends "...".
@@ -70,6 +87,32 @@ class DefaultRowDelegate : public QStyledItemDelegate {
         QFontMetrics metrics(option.font);
         int lineHeight = metrics.height();
         QStringList lines = index.data(kLinesRole).toStringList();
+        // With room beside the row's own lines, the right side says the
+        // client, the amount and the state; the lines themselves stay whole.
+        QStringList side = index.data(kSideRole).toStringList();
+        int textWidth = 0;
+        for (const QString& line : lines)
+            textWidth = std::max(textWidth, metrics.horizontalAdvance(line));
+        int sideWidth = 0;
+        for (const QString& t : side) sideWidth = std::max(sideWidth, metrics.horizontalAdvance(t));
+        if (!side.isEmpty() && r.width() >= textWidth + sideWidth + 48) {
+            QRect block(r.right() - sideWidth, r.top(), sideWidth, r.height());
+            QFont bold = option.font;
+            bold.setWeight(QFont::DemiBold);
+            p->setFont(bold);
+            p->setPen(text);
+            p->drawText(QRect(block.left(), block.top(), sideWidth, lineHeight),
+                        Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine, side[1]);
+            p->setFont(option.font);
+            p->setPen(secondary);
+            p->drawText(QRect(block.left(), block.top() + lineHeight, sideWidth, lineHeight),
+                        Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine, side[0]);
+            p->setPen(selected ? text : stateColour(status, pal));
+            p->drawText(QRect(block.left(), block.top() + 2 * lineHeight, sideWidth, lineHeight),
+                        Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine, side[2]);
+            p->setPen(text);
+            r.setRight(block.left() - 24);
+        }
         for (int i = 0; i < lines.size(); ++i) {
             QRect line(r.left(), r.top() + i * lineHeight, r.width(), lineHeight);
             p->setPen(i == 0 ? text : secondary);
@@ -142,6 +185,8 @@ void EntryListWidget::wire(QAbstractItemView* v) {
         CEOID id = index.data(kIdRole).toUInt();
         if (id != 0) emit contextMenuRequested(id, v->viewport()->mapToGlobal(pos));
     });
+    connect(v->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &EntryListWidget::selectionChanged);
     stack_->addWidget(v);
     stack_->setCurrentWidget(v);
     empty_->raise();
@@ -168,15 +213,27 @@ void EntryListWidget::setListStyle(ListStyle style) {
         table_->setColumnCount(static_cast<int>(kSimpleColumns));
         QStringList titles;
         for (auto t : kSimpleColumnTitles) titles << toQt(std::u16string(t));
+        // The custom columns carry the captions the user gave the fields.
+        const Settings& s = state_.settings();
+        titles[8] = toQt(s.custom1Caption);
+        titles[9] = toQt(s.custom2Caption);
+        titles[10] = toQt(s.custom3Caption);
         table_->setHeaderLabels(titles);
         table_->header()->setSectionsMovable(true);
-        table_->header()->setSectionsClickable(false);
+        // A click on a column that has an "Arrange By" key arranges by it.
+        table_->header()->setSectionsClickable(true);
+        table_->header()->setSortIndicatorShown(true);
+        connect(table_->header(), &QHeaderView::sectionClicked, this, [this](int column) {
+            int key = simpleColumnArrangeKey(column);
+            if (key >= 0) emit arrangeRequested(static_cast<std::uint16_t>(key));
+        });
         table_->header()->setStretchLastSection(false);
         for (std::size_t i = 0; i < kSimpleColumns; ++i) {
             table_->setColumnWidth(static_cast<int>(i),
                                    kSimpleColumnWidths[i] * logicalDpiX() / 72);
         }
         restoreColumns();
+        setArrangeKey(arrangeKey_);
         wire(table_);
     } else if (style == kTreeStyle) {
         tree_ = new QTreeWidget(this);
@@ -188,6 +245,7 @@ void EntryListWidget::setListStyle(ListStyle style) {
         list_->setItemDelegate(new DefaultRowDelegate(state_, list_));
         list_->setUniformItemSizes(true);
         list_->setFrameShape(QFrame::NoFrame);
+        list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         wire(list_);
     }
     applyFont();
@@ -211,6 +269,7 @@ void EntryListWidget::setRows(const std::vector<TimeEntry>& rows, ViewKind viewK
         list_->setUpdatesEnabled(false);
         list_->clear();
         ListDisplay display = listDisplayOf(state_.settings());
+        const Settings& settings = state_.settings();
         for (const TimeEntry& e : rows) {
             auto* item = new QListWidgetItem(list_);
             QStringList lines;
@@ -219,6 +278,9 @@ void EntryListWidget::setRows(const std::vector<TimeEntry>& rows, ViewKind viewK
             item->setData(kIdRole, e.recordOid);
             item->setData(kLinesRole, lines);
             item->setData(kStatusRole, static_cast<int>(entryStatus(e)));
+            RowSide side = rowSide(e, settings);
+            item->setData(kSideRole,
+                          QStringList{toQt(side.client), toQt(side.amount), toQt(side.state)});
             item->setToolTip(lines.join(QStringLiteral("\n")));
         }
         list_->setUpdatesEnabled(true);
@@ -247,6 +309,15 @@ void EntryListWidget::setRows(const std::vector<TimeEntry>& rows, ViewKind viewK
     }
     empty_->setVisible(rows.empty());
     if (selected != 0) select(selected);
+}
+
+void EntryListWidget::setArrangeKey(std::uint16_t key) {
+    arrangeKey_ = key;
+    if (!table_) return;
+    int column = arrangedSimpleColumn(key);
+    QHeaderView* header = table_->header();
+    header->setSortIndicatorShown(column >= 0 && key != 0);
+    if (column >= 0) header->setSortIndicator(column, Qt::AscendingOrder);
 }
 
 CEOID EntryListWidget::selectedId() const {

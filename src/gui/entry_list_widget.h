@@ -34,6 +34,8 @@ class EntryListWidget : public QWidget {
     void setRows(const std::vector<TimeEntry>& rows, ViewKind view);
     // The list font from the settings.
     void applyFont();
+    // Marks the simple style's column that the rows are arranged by.
+    void setArrangeKey(std::uint16_t key);
 
     bool hasSelection() const { return selectedId() != 0; }
     CEOID selectedId() const;
@@ -47,6 +49,10 @@ class EntryListWidget : public QWidget {
     void entryActivated(CEOID id);
     // A right-click (or the menu key) on an entry, at a screen position.
     void contextMenuRequested(CEOID id, const QPoint& globalPos);
+    // Another entry (or none) became the selected one.
+    void selectionChanged();
+    // A click on a simple-style column header that has an "Arrange By" key.
+    void arrangeRequested(std::uint16_t key);
 
   private:
     void saveColumns();
@@ -61,6 +67,7 @@ class EntryListWidget : public QWidget {
     QTreeWidget* tree_ = nullptr;
     QLabel* empty_;
     std::vector<CEOID> ids_;
+    std::uint16_t arrangeKey_ = 0;
 };
 
 }  // namespace qb

@@ -1,5 +1,6 @@
 #include "gui/main_window.h"
 
+#include <QAbstractItemView>
 #include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
@@ -21,15 +22,20 @@
 #include "gui/dialogs/rate_setup_window.h"
 #include "gui/entry/entry_work.h"
 #include "gui/entry_list_widget.h"
+#include "gui/filter_strip.h"
 #include "gui/help.h"
 #include "gui/icons.h"
 #include "gui/message_box.h"
+#include "gui/mnemonics.h"
 #include "gui/period_header.h"
 #include "gui/reports/report_commands.h"
 #include "gui/tools/tools.h"
+#include "gui/totals_bar.h"
+#include "gui/undo_commands.h"
 #include "store/time_entry.h"
 #include "views/calendar_helpers.h"
 #include "views/period_rows.h"
+#include "views/period_totals.h"
 
 namespace qb {
 namespace {
@@ -48,30 +54,36 @@ MainWindow::MainWindow(AppState& state, QWidget* parent) : QMainWindow(parent), 
     column->setSpacing(0);
     header_ = new PeriodHeader(central);
     list_ = new EntryListWidget(state_, central);
+    filterStrip_ = new FilterStrip(central);
+    totals_ = new TotalsBar(central);
     column->addWidget(header_);
+    column->addWidget(filterStrip_);
     column->addWidget(list_, 1);
+    column->addWidget(totals_);
     setCentralWidget(central);
 
     buildMenus();
     buildToolBar();
 
-    connect(header_, &PeriodHeader::previousRequested, this, [this] {
-        view_->previous();
-        refresh();
-    });
-    connect(header_, &PeriodHeader::nextRequested, this, [this] {
-        view_->next();
-        refresh();
-    });
-    connect(header_, &PeriodHeader::todayRequested, this, [this] {
-        view_->today();
-        refresh();
-    });
+    connect(header_, &PeriodHeader::previousRequested, this,
+            [this] { movePeriod(&PeriodView::previous); });
+    connect(header_, &PeriodHeader::nextRequested, this, [this] { movePeriod(&PeriodView::next); });
+    connect(header_, &PeriodHeader::todayRequested, this,
+            [this] { movePeriod(&PeriodView::today); });
+    connect(filterStrip_, &FilterStrip::showAllRequested, this,
+            [this] { runCommand(kCmdShowAll); });
+    connect(filterStrip_, &FilterStrip::editRequested, this,
+            [this] { runCommand(kCmdFilterCustom); });
     connect(header_, &PeriodHeader::dateSelected, this, [this](const SYSTEMTIME& d) {
         view_->selectDate(d);
         refresh();
     });
     connect(list_, &EntryListWidget::entryActivated, this, &MainWindow::openEntry);
+    // The entry commands' shortcuts work on the selection, so their grey
+    // states follow it rather than waiting for a menu to open.
+    connect(list_, &EntryListWidget::selectionChanged, this, &MainWindow::updateMenuStates);
+    connect(list_, &EntryListWidget::arrangeRequested, this,
+            [this](std::uint16_t key) { runCommand(kCmdArrangeDefault + key); });
     connect(list_, &EntryListWidget::contextMenuRequested, this, &MainWindow::showContextMenu);
 
     Settings& s = state_.settings();
@@ -89,6 +101,8 @@ MainWindow::MainWindow(AppState& state, QWidget* parent) : QMainWindow(parent), 
     installClientSetup(*this, state_);
     installReports(*this, state_);
     installTools(*this, state_);
+    undo_ = installUndo(*this, state_);
+    undo_->updateActions();
     updateMenuStates();
     resize(960, 680);
 }
@@ -116,13 +130,21 @@ void MainWindow::buildMenus() {
     file->addSeparator();
     addCommand(file, kCmdQuit, tr("Quit"))->setShortcut(QKeySequence::Quit);
 
-    QMenu* entry = menuBar()->addMenu(tr("&Entry"));
+    QMenu* edit = menuBar()->addMenu(tr("&Edit"));
+    addCommand(edit, kCmdUndo, tr("&Undo"))->setShortcut(QKeySequence::Undo);
+    addCommand(edit, kCmdRedo, tr("&Redo"))
+        ->setShortcuts(
+            {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
+
+    QMenu* entry = menuBar()->addMenu(tr("E&ntry"));
     addCommand(entry, kCmdPreview, QStringLiteral("Preview..."));
     addCommand(entry, kCmdEdit, QStringLiteral("Edit..."))->setShortcut(Qt::Key_Return);
-    addCommand(entry, kCmdCopy, QStringLiteral("Copy..."));
+    addCommand(entry, kCmdCopy, QStringLiteral("Copy..."))
+        ->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_D));
     addCommand(entry, kCmdExportNote, QStringLiteral("Export Note..."));
     entry->addSeparator();
-    addCommand(entry, kCmdMarkAsPaid, QStringLiteral("Mark As Paid"), true);
+    addCommand(entry, kCmdMarkAsPaid, QStringLiteral("Mark As Paid"), true)
+        ->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_M));
     entry->addSeparator();
     addCommand(entry, kCmdDelete, QStringLiteral("Delete"))->setShortcut(QKeySequence::Delete);
     action(kCmdEdit)->setShortcutContext(Qt::WidgetWithChildrenShortcut);
@@ -133,8 +155,20 @@ void MainWindow::buildMenus() {
                                                   {kCmdWeek, "Week"},
                                                   {kCmdMonth, "Month"},
                                                   {kCmdCustomPeriod, "Custom Period..."}};
-    for (auto [id, text] : kViews)
-        kinds->addAction(addCommand(view, id, QString::fromLatin1(text), true));
+    int digit = 0;
+    for (auto [id, text] : kViews) {
+        QAction* a = addCommand(view, id, QString::fromLatin1(text), true);
+        a->setShortcut(QKeySequence(Qt::CTRL | (Qt::Key_1 + digit++)));
+        kinds->addAction(a);
+    }
+    view->addSeparator();
+    addCommand(view, kCmdPreviousPeriod, tr("Previous Period"))
+        ->setShortcuts(
+            {QKeySequence(Qt::ALT | Qt::Key_Left), QKeySequence(Qt::CTRL | Qt::Key_PageUp)});
+    addCommand(view, kCmdNextPeriod, tr("Next Period"))
+        ->setShortcuts(
+            {QKeySequence(Qt::ALT | Qt::Key_Right), QKeySequence(Qt::CTRL | Qt::Key_PageDown)});
+    addCommand(view, kCmdToday, tr("Today"))->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_T));
     view->addSeparator();
     auto* styles = new QActionGroup(this);
     styles->addAction(
@@ -144,9 +178,11 @@ void MainWindow::buildMenus() {
     view->addSeparator();
     addCommand(view, kCmdCustomize, QStringLiteral("Customize..."));
     QMenu* filter = view->addMenu(QStringLiteral("Filter"));
-    addCommand(filter, kCmdShowAll, QStringLiteral("Show All"));
-    addCommand(filter, kCmdShowUnpaid, QStringLiteral("Show Unpaid Only"));
-    addCommand(filter, kCmdFilterCustom, QStringLiteral("Custom..."));
+    auto* filters = new QActionGroup(this);
+    filters->addAction(addCommand(filter, kCmdShowAll, QStringLiteral("Show All"), true));
+    filters->addAction(
+        addCommand(filter, kCmdShowUnpaid, QStringLiteral("Show Unpaid Only"), true));
+    filters->addAction(addCommand(filter, kCmdFilterCustom, QStringLiteral("Custom..."), true));
     QMenu* arrangeMenu = view->addMenu(QStringLiteral("Arrange By"));
     arrangeMenu->setObjectName(QStringLiteral("arrangeMenu"));
     auto* keys = new QActionGroup(this);
@@ -157,7 +193,8 @@ void MainWindow::buildMenus() {
 
     QMenu* tools = menuBar()->addMenu(tr("&Tools"));
     addCommand(tools, kCmdMarkPaidEntries, QStringLiteral("Mark Paid Entries..."));
-    addCommand(tools, kCmdReport, QStringLiteral("Report..."));
+    addCommand(tools, kCmdReport, QStringLiteral("Report..."))
+        ->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_R));
     addCommand(tools, kCmdReportDesigner, QStringLiteral("Report Designer..."));
     QMenu* exportMenu = tools->addMenu(QStringLiteral("Export"));
     addCommand(exportMenu, kCmdExportCsv, QStringLiteral("CSV..."));
@@ -181,8 +218,9 @@ void MainWindow::buildMenus() {
     addCommand(help, kCmdAbout, QStringLiteral("About..."));
 
     for (QMenu* m :
-         {file, entry, view, filter, arrangeMenu, tools, exportMenu, backup, archive, help}) {
+         {file, edit, entry, view, filter, arrangeMenu, tools, exportMenu, backup, archive, help}) {
         connect(m, &QMenu::aboutToShow, this, &MainWindow::updateMenuStates);
+        giveMnemonics(m);
     }
 }
 
@@ -242,6 +280,11 @@ void MainWindow::updateMenuStates() {
     action(kCmdArrangeDefault + 6)->setText(toQt(s.custom1Caption));
     action(kCmdArrangeDefault + 7)->setText(toQt(s.custom2Caption));
     action(kCmdArrangeDefault + 8)->setText(toQt(s.custom3Caption));
+    if (QMenu* arrangeMenu = findChild<QMenu*>(QStringLiteral("arrangeMenu"))) {
+        giveMnemonics(arrangeMenu);
+    }
+    list_->setArrangeKey(s.sort);
+    action(kCmdShowAll + filterChoice(state_.filter()))->setChecked(true);
     // The entry commands work on the selected entry.
     TimeEntry selected;
     bool has = readSelected(&selected);
@@ -254,6 +297,20 @@ void MainWindow::updateMenuStates() {
 }
 
 void MainWindow::runCommand(int id) {
+    if (undo_ && UndoCommands::records(id)) {
+        undo_->record(id, [this, id] { dispatch(id); });
+        return;
+    }
+    dispatch(id);
+}
+
+void MainWindow::movePeriod(void (PeriodView::*step)()) {
+    ((*view_).*step)();
+    refresh();
+    if (QAbstractItemView* v = list_->view()) v->scrollToTop();
+}
+
+void MainWindow::dispatch(int id) {
     if (auto it = handlers_.find(id); it != handlers_.end()) {
         it->second();
         return;
@@ -317,6 +374,15 @@ void MainWindow::runCommand(int id) {
         case kCmdQuit:
             close();
             break;
+        case kCmdPreviousPeriod:
+            movePeriod(&PeriodView::previous);
+            break;
+        case kCmdNextPeriod:
+            movePeriod(&PeriodView::next);
+            break;
+        case kCmdToday:
+            movePeriod(&PeriodView::today);
+            break;
         default:
             break;
     }
@@ -358,6 +424,8 @@ void MainWindow::refresh() {
     std::vector<TimeEntry> rows = periodEntries(state_.entries(), *view_, state_.filter());
     if (list_->listStyle() != kTreeStyle) arrangeEntries(rows, state_.settings().sort);
     list_->setRows(rows, view_->kind());
+    totals_->setTotals(periodTotals(rows, state_.settings()));
+    filterStrip_->setDescription(toQt(filterDescription(state_.filter(), state_.settings())));
     updateHeader();
 }
 

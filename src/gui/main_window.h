@@ -17,7 +17,10 @@ namespace qb {
 
 class AppState;
 class EntryListWidget;
+class FilterStrip;
 class PeriodHeader;
+class TotalsBar;
+class UndoCommands;
 struct TimeEntry;
 
 // The main frame: menus, tool bar, the period's header band and entry list.
@@ -37,11 +40,17 @@ class MainWindow : public QMainWindow {
     PeriodView& periodView() { return *view_; }
     EntryListWidget& entryList() { return *list_; }
     PeriodHeader& header() { return *header_; }
+    TotalsBar& totalsBar() { return *totals_; }
+    FilterStrip& filterStrip() { return *filterStrip_; }
+    UndoCommands& undoCommands() { return *undo_; }
     // Walks the period again and redraws the list.
     void refresh();
     // Registers the handler of a command that a later part of the window
     // brings; commands without one stay grey.
     void setHandler(int id, std::function<void()> handler);
+    // Refreshes when another process (the command line) changed the store;
+    // a timer calls it every second.
+    void pollForChanges();
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -49,6 +58,8 @@ class MainWindow : public QMainWindow {
   private:
     QAction* addCommand(QMenu* menu, int id, const QString& text, bool checkable = false);
     void buildMenus();
+    void dispatch(int id);
+    void movePeriod(void (PeriodView::*step)());
     void buildToolBar();
     void switchView(ViewKind kind);
     void setListStyle(ListStyle style);
@@ -64,13 +75,15 @@ class MainWindow : public QMainWindow {
     void options();
     void filterDialog();
     void setFilter(bool unpaidOnly);
-    void pollForChanges();
     void updateHeader();
 
     AppState& state_;
     std::unique_ptr<PeriodView> view_;
     PeriodHeader* header_;
     EntryListWidget* list_;
+    TotalsBar* totals_;
+    FilterStrip* filterStrip_;
+    UndoCommands* undo_ = nullptr;
     std::map<int, QAction*> actions_;
     std::map<int, std::function<void()>> handlers_;
     QTimer* changePoll_;

@@ -1,6 +1,7 @@
 #include "views/period_rows.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "platform/text.h"
 #include "store/entry_walk.h"
@@ -34,7 +35,22 @@ const std::u16string* arrangedField(const TimeEntry& e, std::uint16_t key) {
     }
 }
 
+// The columns of the simple style and the keys that arrange by them.
+constexpr int kColumnKeys[] = {0, 1, 2, 3, 4, -1, -1, 5, 6, 7, 8};
+
 }  // namespace
+
+int simpleColumnArrangeKey(int column) {
+    return column >= 0 && column < static_cast<int>(std::size(kColumnKeys)) ? kColumnKeys[column]
+                                                                            : -1;
+}
+
+int arrangedSimpleColumn(std::uint16_t key) {
+    for (int c = 0; c < static_cast<int>(std::size(kColumnKeys)); ++c) {
+        if (kColumnKeys[c] == key) return c;
+    }
+    return -1;
+}
 
 int compareForArrange(const TimeEntry& a, const TimeEntry& b, std::uint16_t key) {
     if (const std::u16string* fa = arrangedField(a, key)) {

@@ -19,6 +19,12 @@ struct TimeEntry;
 // 4 task, 5 bill-to, 6 to 8 the custom fields.
 inline constexpr std::uint16_t kArrangeKeys = 9;
 
+// The "Arrange By" key of a simple-style column (by its index among the
+// eleven), or -1 for the columns that have none (duration, start time).
+int simpleColumnArrangeKey(int column);
+// The simple-style column of an "Arrange By" key, or -1 (date order).
+int arrangedSimpleColumn(std::uint16_t key);
+
 // The comparison of two rows: the key's field, then date and start, then
 // task; negative when `a` comes first.
 int compareForArrange(const TimeEntry& a, const TimeEntry& b, std::uint16_t key);
