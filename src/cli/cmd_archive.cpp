@@ -52,12 +52,12 @@ int create(CommandContext& ctx, const Args& args, const std::string& fileName) {
         }
     }
     ArchiveType type = range ? ArchiveType::kDateRange : ArchiveType::kClients;
+    Status why;
     if (createArchive(ctx.entries(), ctx.masters(), type, start, end, clients, args.has("delete"),
-                      fileName)) {
+                      fileName, &why)) {
         return kExitOk;
     }
-    ctx.err << u8(kArchiveFailedText) << "\n";
-    return kExitFailed;
+    return ctx.writeFailed(kArchiveFailedText, why.message());
 }
 
 int load(CommandContext& ctx, const std::string& fileName) {

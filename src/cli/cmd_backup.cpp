@@ -15,9 +15,11 @@ int runBackup(CommandContext& ctx) {
         return ctx.usage("backup needs create FILE or restore FILE");
     }
     if (words[0] == "create") {
-        if (createBackupFile(ctx.entries(), ctx.masters(), words[1])) return kExitOk;
-        ctx.err << u8(kBackupFailedText) << "\n";
-        return kExitFailed;
+        Status why;
+        if (createBackupFile(ctx.entries(), ctx.masters(), words[1], nullptr, &why)) {
+            return kExitOk;
+        }
+        return ctx.writeFailed(kBackupFailedText, why.message());
     }
     int result = restoreBackupFile(ctx.entries(), ctx.masters(), words[1]);
     FeatureMessage message = restoreMessage(result);

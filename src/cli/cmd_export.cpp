@@ -31,13 +31,10 @@ int runExport(CommandContext& ctx) {
 
     const ExportSettings env = loadExportSettings(ctx.platform().registry(), ctx.settings());
     const std::string& file = args.positional()[0];
-    const bool ok = format == "csv" ? ExportCsv(ctx.entries(), file, criteria, env)
-                                    : ExportXml(ctx.entries(), file, criteria, env);
-    if (!ok) {
-        ctx.err << utf16ToUtf8(kExportFailed) << "\n";
-        return kExitFailed;
-    }
-    return kExitOk;
+    std::string error;
+    const bool ok = format == "csv" ? ExportCsv(ctx.entries(), file, criteria, env, &error)
+                                    : ExportXml(ctx.entries(), file, criteria, env, &error);
+    return ok ? kExitOk : ctx.writeFailed(kExportFailed, error);
 }
 
 }  // namespace qb

@@ -11,16 +11,6 @@
 
 namespace qb {
 
-namespace {
-
-// A file operation that failed: the system's own text, exit status 1.
-int fileFailed(CommandContext& ctx, std::u16string_view text) {
-    ctx.err << u8(text) << "\n";
-    return kExitFailed;
-}
-
-}  // namespace
-
 int runNote(CommandContext& ctx) {
     Args args;
     if (!ctx.parse(args, 0, {{"format", true}})) return kExitRefused;
@@ -41,8 +31,10 @@ int runNote(CommandContext& ctx) {
     if (id == 0 || !ctx.entries().seekOid(id) || readEntry(ctx.entries(), entry) != 0) {
         return ctx.refused("There is no entry " + words[1] + ".");
     }
-    if (!exportNote(words[2], noteText(entry), format, ansiCodePage(ctx.platform().registry()))) {
-        return fileFailed(ctx, kExportNoteFailedMessage);
+    std::string error;
+    if (!exportNote(words[2], noteText(entry), format, ansiCodePage(ctx.platform().registry()),
+                    &error)) {
+        return ctx.writeFailed(kExportNoteFailedMessage, error);
     }
     return kExitOk;
 }

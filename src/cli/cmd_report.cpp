@@ -30,9 +30,9 @@ int runReport(CommandContext& ctx) {
     ReportGenerator generator(ctx.entries(), working.layout,
                               loadExportSettings(ctx.platform().registry(), ctx.settings()),
                               localNow());
-    if (!generator.generate(args.positional()[0], criteria)) {
-        ctx.err << utf16ToUtf8(kReportFailed) << "\n";
-        return kExitFailed;
+    std::string error;
+    if (!generator.generate(args.positional()[0], criteria, &error)) {
+        return ctx.writeFailed(kReportFailed, error);
     }
     return kExitOk;
 }

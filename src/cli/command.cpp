@@ -65,4 +65,10 @@ int CommandContext::failed(const std::string& message) {
     return kExitFailed;
 }
 
+int CommandContext::writeFailed(std::u16string_view systemText, const std::string& reason) {
+    err << utf16ToUtf8(systemText) << "\n";
+    if (!reason.empty()) err << "quillarbor: " << reason << "\n";
+    return kExitFailed;
+}
+
 }  // namespace qb

@@ -21,7 +21,7 @@ inline constexpr int kExitRefused = 2;
 // What a command works with: its words, the data directory's store, the
 // loaded settings and the two output streams.
 class CommandContext {
-public:
+  public:
     CommandContext(std::string dataDir, std::string command, std::vector<std::string> words,
                    std::ostream& out, std::ostream& err);
     ~CommandContext();
@@ -43,11 +43,14 @@ public:
     int refused(const std::u16string& systemText);
     int refused(const std::string& message);
     int failed(const std::string& message);
+    // A file that could not be written: the system's text, then the reason
+    // naming the file (when known).
+    int writeFailed(std::u16string_view systemText, const std::string& reason);
 
     std::ostream& out;
     std::ostream& err;
 
-private:
+  private:
     std::string dataDir_;
     std::string command_;
     std::vector<std::string> words_;

@@ -6,25 +6,17 @@
 
 #include <cerrno>
 
+#include "platform/file_writer.h"
+
 namespace qb {
 
-bool writeWholeFile(const std::string& path, const std::string& bytes) {
-    int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-    if (fd < 0) return false;
-    std::size_t done = 0;
-    bool ok = true;
-    while (done < bytes.size()) {
-        ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
-        if (n < 0 && errno == EINTR) continue;
-        if (n <= 0) {
-            ok = false;
-            break;
-        }
-        done += static_cast<std::size_t>(n);
-    }
-    // A full disk may only show at close.
-    if (::close(fd) != 0) ok = false;
-    return ok;
+bool writeWholeFile(const std::string& path, const std::string& bytes, std::string* error) {
+    FileWriter file(path);
+    Status s = file.open();
+    if (s.isOk()) s = file.write(bytes);
+    if (s.isOk()) s = file.commit();
+    if (error) *error = s.message();
+    return s.isOk();
 }
 
 bool readWholeFile(const std::string& path, std::uintmax_t limit, std::string* out) {

@@ -8,9 +8,10 @@
 
 namespace qb {
 
-// Writes the bytes to a new or truncated file; false when any step fails,
-// a short write or the close included.
-bool writeWholeFile(const std::string& path, const std::string& bytes);
+// Writes the bytes to the file through FileWriter (all or nothing); false
+// when any step fails, the close included; `error` then names the file.
+bool writeWholeFile(const std::string& path, const std::string& bytes,
+                    std::string* error = nullptr);
 
 // Reads a regular file of at most `limit` bytes; false for a missing,
 // unreadable, oversized or non-regular file.

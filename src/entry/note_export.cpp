@@ -61,8 +61,8 @@ std::string noteFileBytes(std::u16string_view note, NoteFormat format,
 }
 
 bool exportNote(const std::string& path, std::u16string_view note, NoteFormat format,
-                const std::string& codePage) {
-    return writeWholeFile(path, noteFileBytes(note, format, codePage));
+                const std::string& codePage, std::string* error) {
+    return writeWholeFile(path, noteFileBytes(note, format, codePage), error);
 }
 
 std::string saveNoteForEditing(std::u16string_view note, const std::string& folder) {

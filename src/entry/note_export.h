@@ -24,9 +24,9 @@ enum class NoteFormat {
 std::string noteFileBytes(std::u16string_view note, NoteFormat format, const std::string& codePage);
 
 // Writes the note; false (then show kExportNoteFailedMessage) when the file
-// cannot be written whole.
+// cannot be written whole; `error` then names the file and the reason.
 bool exportNote(const std::string& path, std::u16string_view note, NoteFormat format,
-                const std::string& codePage);
+                const std::string& codePage, std::string* error = nullptr);
 
 // Edit In Word: the note goes into a new, uniquely named UTF-8 ".txt" file
 // in `folder`, which the desktop's default text editor opens. Answers its

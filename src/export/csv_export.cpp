@@ -98,25 +98,27 @@ std::u16string csvLine(const TimeEntry& e, const ExportSettings& env) {
 }
 
 bool ExportCsv(EntryTable& table, const std::string& fileName, const EntryFilter& filter,
-               const ExportSettings& env) {
+               const ExportSettings& env, std::string* error) {
     ExportFile file(fileName, env.codePage);
-    if (!file.create()) return false;
-    if (!file.writeConverted(csvHeader(env.settings))) return false;
-    // Lines go to the file in batches of whole lines: one write per line
-    // would spend most of the export in the kernel.
-    constexpr std::size_t kBatchBytes = 1 << 18;
-    std::string batch;
-    bool ok = true;
-    walkMatching(table, filter, [&](const TimeEntry& e) {
-        batch += file.convertedBytes(csvLine(e, env));
-        if (batch.size() >= kBatchBytes) {
-            ok = file.writeRaw(batch.data(), batch.size());
-            batch.clear();
-        }
-        return ok;
-    });
-    if (ok && !batch.empty()) ok = file.writeRaw(batch.data(), batch.size());
-    return ok;
+    if (file.create() && file.writeConverted(csvHeader(env.settings))) {
+        // Lines go to the file in batches of whole lines: one write per line
+        // would spend most of the export in the kernel.
+        constexpr std::size_t kBatchBytes = 1 << 16;
+        std::string batch;
+        batch.reserve(kBatchBytes + 4096);
+        walkMatching(table, filter, [&](const TimeEntry& e) {
+            file.appendConverted(batch, csvLine(e, env));
+            if (batch.size() >= kBatchBytes) {
+                file.writeRaw(batch.data(), batch.size());
+                batch.clear();
+            }
+            return file.ok();
+        });
+        file.writeRaw(batch.data(), batch.size());
+        file.finish();
+    }
+    if (error) *error = file.error();
+    return file.ok();
 }
 
 }  // namespace qb

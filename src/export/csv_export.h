@@ -22,8 +22,9 @@ std::u16string csvLine(const TimeEntry& entry, const ExportSettings& env);
 std::u16string_view lineBreakSubstitute(std::uint16_t breakSub);
 
 // Writes the entries that pass `filter` within its dates. False when the file
-// cannot be created or a write fails; the lines written before stay.
+// cannot be created or a write fails (`error` then names the file and the
+// reason); the file is then left as it was.
 bool ExportCsv(EntryTable& table, const std::string& fileName, const EntryFilter& filter,
-               const ExportSettings& env);
+               const ExportSettings& env, std::string* error = nullptr);
 
 }  // namespace qb

@@ -1,22 +1,24 @@
 #include "export/export_file.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
 
 #include "platform/text.h"
 
 namespace qb {
 namespace {
 
-// Large texts (a whole XML document) are converted piece by piece so that the
-// file's bytes never sit in memory twice over.
+// Large texts are converted piece by piece so that the file's bytes never
+// sit in memory twice over.
 constexpr std::size_t kConvertChunk = 1 << 16;
 
 bool isHighSurrogate(char16_t c) {
     return c >= 0xD800 && c <= 0xDBFF;
+}
+bool isLowSurrogate(char16_t c) {
+    return c >= 0xDC00 && c <= 0xDFFF;
+}
+bool isSurrogate(char16_t c) {
+    return c >= 0xD800 && c <= 0xDFFF;
 }
 
 bool keepsAscii(const std::string& codePage) {
@@ -32,108 +34,104 @@ bool keepsAscii(const std::string& codePage) {
 }  // namespace
 
 ExportFile::ExportFile(std::string fileName, std::string codePage)
-    : fileName_(std::move(fileName)),
+    : out_(std::move(fileName)),
       codePage_(std::move(codePage)),
       asciiAsIs_(keepsAscii(codePage_)) {}
 
-ExportFile::~ExportFile() {
-    if (fd_ >= 0) ::close(fd_);
-}
-
 bool ExportFile::create() {
-    if (fd_ >= 0) ::close(fd_);
-    fd_ = ::open(fileName_.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-    return fd_ >= 0;
-}
-
-bool ExportFile::put(const char* bytes, std::size_t count) {
-    while (count > 0) {
-        ssize_t n = ::write(fd_, bytes, count);
-        if (n < 0 && errno == EINTR) continue;
-        if (n <= 0) return false;
-        lastBytes_ += static_cast<std::size_t>(n);
-        bytes += n;
-        count -= static_cast<std::size_t>(n);
-    }
-    return true;
+    return out_.open().isOk();
 }
 
 bool ExportFile::writeRaw(const void* bytes, std::size_t count) {
-    lastBytes_ = 0;
-    lastOk_ = fd_ >= 0 && put(static_cast<const char*>(bytes), count);
-    return lastOk_;
+    return out_.write(bytes, count).isOk();
 }
 
 bool ExportFile::writeWide(std::u16string_view text) {
-    lastBytes_ = 0;
-    lastOk_ = false;
-    if (fd_ < 0) return false;
-    std::string bytes;
-    while (!text.empty()) {
+    while (!text.empty() && out_.status().isOk()) {
         const std::size_t take = std::min(text.size(), kConvertChunk);
-        bytes.clear();
+        scratch_.clear();
         for (char16_t c : text.substr(0, take)) {
-            bytes.push_back(static_cast<char>(c & 0xFF));
-            bytes.push_back(static_cast<char>(c >> 8));
+            scratch_.push_back(static_cast<char>(c & 0xFF));
+            scratch_.push_back(static_cast<char>(c >> 8));
         }
         text.remove_prefix(take);
-        if (!put(bytes.data(), bytes.size())) return false;
+        out_.write(scratch_);
     }
-    lastOk_ = true;
-    return true;
+    return ok();
 }
 
-bool ExportFile::writeNarrow(std::string_view bytes) {
-    return writeRaw(bytes.data(), bytes.size());
-}
-
-std::string ExportFile::toCodePage(std::u16string_view text) const {
-    if (!asciiAsIs_) return toAnsi(text, codePage_);
-    // Exports are mostly ASCII, so only the runs of other characters go
-    // through the converter; it would cost more than the rest of the export.
-    std::string bytes;
-    bytes.reserve(text.size());
+void ExportFile::appendCodePage(std::string& out, std::u16string_view text) const {
     std::size_t i = 0;
     while (i < text.size()) {
+        // Exports are mostly ASCII, so only the runs of other characters go
+        // through the converter; it would cost more than the rest of the
+        // export.
         std::size_t j = i;
-        while (j < text.size() && text[j] < 0x80) ++j;
-        bytes.append(text.begin() + static_cast<std::ptrdiff_t>(i),
-                     text.begin() + static_cast<std::ptrdiff_t>(j));
+        if (asciiAsIs_) {
+            while (j < text.size() && text[j] < 0x80) ++j;
+            out.append(text.begin() + static_cast<std::ptrdiff_t>(i),
+                       text.begin() + static_cast<std::ptrdiff_t>(j));
+            i = j;
+        }
+        while (j < text.size() && (!asciiAsIs_ || text[j] >= 0x80) && !isSurrogate(text[j])) ++j;
+        if (j > i) out += toAnsi(text.substr(i, j - i), codePage_);
         i = j;
-        while (j < text.size() && text[j] >= 0x80) ++j;
-        if (j > i) bytes += toAnsi(text.substr(i, j - i), codePage_);
-        i = j;
+        if (i < text.size() && isSurrogate(text[i])) {
+            // A pair the code page maps (UTF-8) goes as its bytes; otherwise
+            // each half is a '?' of its own.
+            const bool pair =
+                isHighSurrogate(text[i]) && i + 1 < text.size() && isLowSurrogate(text[i + 1]);
+            const std::string bytes = pair ? toAnsi(text.substr(i, 2), codePage_) : std::string();
+            out += bytes.empty() || bytes == "?" ? std::string(pair ? 2 : 1, '?') : bytes;
+            i += pair ? 2 : 1;
+        }
     }
-    return bytes;
 }
 
-std::string ExportFile::convertedBytes(std::u16string_view text) const {
-    std::string bytes = toCodePage(text);
-    bytes.resize(text.size(), '\0');
-    return bytes;
+void ExportFile::appendConverted(std::string& out, std::u16string_view text) const {
+    const std::size_t start = out.size();
+    appendCodePage(out, text);
+    // A converter that drops a character still leaves one byte a code unit.
+    out.resize(start + text.size(), '?');
+}
+
+void ExportFile::beginConvertedRun() {
+    runStart_ = out_.size();
+    runUnits_ = 0;
+}
+
+bool ExportFile::writeConvertedPart(std::u16string_view text) {
+    while (!text.empty() && ok()) {
+        std::size_t take = std::min(text.size(), kConvertChunk);
+        if (take < text.size() && isHighSurrogate(text[take - 1])) --take;
+        scratch_.clear();
+        appendCodePage(scratch_, text.substr(0, take));
+        runUnits_ += take;
+        text.remove_prefix(take);
+        out_.write(scratch_);
+    }
+    return ok();
+}
+
+bool ExportFile::endConvertedRun() {
+    const std::uint64_t end = runStart_ + runUnits_;
+    if (out_.size() > end) {
+        out_.truncate(end);
+    } else {
+        const std::string padding(static_cast<std::size_t>(end - out_.size()), '?');
+        out_.write(padding);
+    }
+    return ok();
 }
 
 bool ExportFile::writeConverted(std::u16string_view text) {
-    lastBytes_ = 0;
-    lastOk_ = false;
-    if (fd_ < 0) return false;
-    const std::size_t count = text.size();
-    std::size_t written = 0;
-    while (!text.empty() && written < count) {
-        std::size_t take = std::min(text.size(), kConvertChunk);
-        if (take < text.size() && isHighSurrogate(text[take - 1])) --take;
-        std::string bytes = toCodePage(text.substr(0, take));
-        text.remove_prefix(take);
-        std::size_t n = std::min(bytes.size(), count - written);
-        if (!put(bytes.data(), n)) return false;
-        written += n;
-    }
-    if (written < count) {
-        std::string padding(count - written, '\0');
-        if (!put(padding.data(), padding.size())) return false;
-    }
-    lastOk_ = true;
-    return true;
+    beginConvertedRun();
+    writeConvertedPart(text);
+    return endConvertedRun();
+}
+
+bool ExportFile::finish() {
+    return out_.commit().isOk();
 }
 
 }  // namespace qb

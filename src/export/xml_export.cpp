@@ -88,23 +88,24 @@ MarkupDocument buildXmlDocument(EntryTable& table, const EntryFilter& filter,
 }
 
 bool ExportXml(EntryTable& table, const std::string& fileName, const EntryFilter& filter,
-               const ExportSettings& env) {
+               const ExportSettings& env, std::string* error) {
     ExportFile file(fileName, env.codePage);
-    if (!file.create()) return false;
-    const std::uint16_t encoding = env.settings.encoding;
-    const std::u16string declaration = xmlDeclaration(encoding);
-    if (encoding == kEncodingUtf16) {
-        static constexpr std::uint8_t kByteOrderMark[] = {0xFF, 0xFE};
-        if (!file.writeRaw(kByteOrderMark, sizeof kByteOrderMark)) return false;
-        if (!file.writeWide(declaration)) return false;
-        MarkupDocument doc = buildXmlDocument(table, filter, env);
-        // The result of the last write has never counted on this path.
-        file.writeWide(doc.GetDoc());
-        return true;
+    if (file.create()) {
+        const std::uint16_t encoding = env.settings.encoding;
+        const std::u16string declaration = xmlDeclaration(encoding);
+        if (encoding == kEncodingUtf16) {
+            static constexpr std::uint8_t kByteOrderMark[] = {0xFF, 0xFE};
+            file.writeRaw(kByteOrderMark, sizeof kByteOrderMark);
+            file.writeWide(declaration);
+            if (file.ok()) file.writeWide(buildXmlDocument(table, filter, env).GetDoc());
+        } else {
+            file.writeConverted(declaration);
+            if (file.ok()) file.writeConverted(buildXmlDocument(table, filter, env).GetDoc());
+        }
+        file.finish();
     }
-    if (!file.writeConverted(declaration)) return false;
-    MarkupDocument doc = buildXmlDocument(table, filter, env);
-    return file.writeConverted(doc.GetDoc());
+    if (error) *error = file.error();
+    return file.ok();
 }
 
 }  // namespace qb

@@ -31,8 +31,9 @@ MarkupDocument buildXmlDocument(EntryTable& table, const EntryFilter& filter,
                                 const ExportSettings& env);
 
 // Writes the declaration and the document. False when the file cannot be
-// created or a write fails.
+// created or a write fails (`error` then names the file and the reason); the
+// file is then left as it was.
 bool ExportXml(EntryTable& table, const std::string& fileName, const EntryFilter& filter,
-               const ExportSettings& env);
+               const ExportSettings& env, std::string* error = nullptr);
 
 }  // namespace qb

@@ -15,9 +15,7 @@ namespace compound {
 Status openFileSource(const std::string& path, std::unique_ptr<ByteSource>* out);
 std::unique_ptr<ByteSource> memorySource(std::vector<std::uint8_t> bytes);
 
-FileImpl::~FileImpl() {
-    if (out) std::fclose(out);
-}
+FileImpl::~FileImpl() = default;
 
 Status FileImpl::find(std::uint32_t storage, std::u16string_view name, std::uint32_t* out) {
     *out = kNoStream;
@@ -232,10 +230,9 @@ Status CompoundFile::create(const std::string& path, std::unique_ptr<CompoundFil
     auto impl = std::make_shared<FileImpl>();
     impl->writable = true;
     impl->path = path;
-    impl->out = std::fopen(path.c_str(), "wb");
-    if (!impl->out) {
-        return Status::ioError("cannot create " + path + ": " + std::strerror(errno));
-    }
+    impl->out = std::make_unique<FileWriter>(path);
+    Status opened = impl->out->open();
+    if (!opened.isOk()) return opened;
     compound::Node root;
     root.type = compound::kTypeRoot;
     root.listed = true;
@@ -278,10 +275,10 @@ Status CompoundFile::close() {
     Status s;
     if (impl_->writable) {
         s = impl_->writeOut();
-        if (std::fclose(impl_->out) != 0 && s.isOk()) {
-            s = Status::ioError("cannot write " + impl_->path + ": " + std::strerror(errno));
-        }
-        impl_->out = nullptr;
+        // A failed write leaves no file under the name; otherwise the file
+        // goes in place.
+        if (s.isOk()) s = impl_->out->commit();
+        impl_->out.reset();
         // The bytes are on disk: let go of them even while handles remain.
         for (compound::Node& node : impl_->nodes) std::vector<std::uint8_t>().swap(node.data);
     }

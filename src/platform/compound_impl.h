@@ -10,6 +10,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "platform/file_writer.h"
 #include "platform/status.h"
 
 namespace qb::compound {
@@ -81,7 +82,7 @@ class FileImpl {
     std::vector<bool> reached;  // directory entries already placed in a tree
 
     // Writing.
-    std::FILE* out = nullptr;
+    std::unique_ptr<FileWriter> out;
     bool closed = false;
 
     // Reader (compound_reader.cpp).

@@ -32,9 +32,9 @@ void put32(std::uint8_t* p, std::uint32_t v) {
 // are skipped.
 class Emitter {
   public:
-    explicit Emitter(std::FILE* out) : out_(out) {}
+    explicit Emitter(FileWriter& out) : out_(out) {}
     void bytes(const void* data, std::size_t size) {
-        if (!failed_ && size > 0 && std::fwrite(data, 1, size, out_) != size) fail();
+        if (size > 0) out_.write(data, size);
         written_ += size;
     }
     // Zeros up to the next sector boundary.
@@ -48,18 +48,10 @@ class Emitter {
         for (std::size_t i = 0; i < values.size(); ++i) put32(raw.data() + 4 * i, values[i]);
         bytes(raw.data(), raw.size());
     }
-    void fail() {
-        if (!failed_) error_ = errno ? std::strerror(errno) : "write failed";
-        failed_ = true;
-    }
-    bool failed() const { return failed_; }
-    const std::string& error() const { return error_; }
 
   private:
-    std::FILE* out_;
+    FileWriter& out_;
     std::uint64_t written_ = 0;
-    bool failed_ = false;
-    std::string error_;
 };
 
 // A chain of `count` sectors from `first`, entered into `table`.
@@ -168,7 +160,7 @@ Status FileImpl::writeOut() {
         put32(header + 0x4C + 4 * i, i < fatSectors ? fatFirst + i : kFreeSect);
     }
 
-    Emitter emit(out);
+    Emitter emit(*out);
     emit.bytes(header, sizeof header);
     for (std::uint32_t n : order) {
         if (start[n] != kEndOfChain && nodes[n].data.size() >= kMiniStreamCutoff) {
@@ -234,9 +226,7 @@ Status FileImpl::writeOut() {
                                              : kEndOfChain);
     }
     emit.words(difat);
-    if (std::fflush(out) != 0) emit.fail();
-    if (emit.failed()) return Status::ioError("cannot write " + path + ": " + emit.error());
-    return Status::ok();
+    return out->status();
 }
 
 }  // namespace qb::compound

@@ -246,7 +246,8 @@ ReportGenerator::ReportGenerator(EntryTable& table, const ReportLayout& layout, 
                                  const SYSTEMTIME& today)
     : table_(table), layout_(layout), env_(std::move(env)), today_(today) {}
 
-bool ReportGenerator::generate(const std::string& fileName, const EntryFilter& criteria) {
+bool ReportGenerator::generate(const std::string& fileName, const EntryFilter& criteria,
+                               std::string* error) {
     std::vector<TimeEntry> entries;
     walkMatching(table_, criteria, [&](const TimeEntry& e) {
         entries.push_back(e);
@@ -259,10 +260,14 @@ bool ReportGenerator::generate(const std::string& fileName, const EntryFilter& c
         text = reportFileText(page);
     }
     ExportFile file(fileName, env_.codePage);
-    if (!file.create()) return false;
-    const std::u16string_view docType = std::u16string_view(text).substr(0, kDocType.size());
-    if (!file.writeConverted(docType)) return false;
-    return file.writeConverted(std::u16string_view(text).substr(kDocType.size()));
+    if (file.create()) {
+        const std::u16string_view docType = std::u16string_view(text).substr(0, kDocType.size());
+        file.writeConverted(docType);
+        file.writeConverted(std::u16string_view(text).substr(kDocType.size()));
+        file.finish();
+    }
+    if (error) *error = file.error();
+    return file.ok();
 }
 
 }  // namespace qb

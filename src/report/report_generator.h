@@ -41,8 +41,11 @@ class ReportGenerator {
   public:
     ReportGenerator(EntryTable& table, const ReportLayout& layout, ExportSettings env,
                     const SYSTEMTIME& today);
-    // Writes `fileName`, replacing any file there; false when a write fails.
-    bool generate(const std::string& fileName, const EntryFilter& criteria);
+    // Writes `fileName`, replacing any file there; false when a write fails
+    // (`error` then names the file and the reason, and the file is left as
+    // it was).
+    bool generate(const std::string& fileName, const EntryFilter& criteria,
+                  std::string* error = nullptr);
 
   private:
     EntryTable& table_;

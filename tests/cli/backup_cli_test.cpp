@@ -82,13 +82,15 @@ TEST_F(BackupCliTest, MessagesAndStatusesOfRefusedFiles) {
         {{"backup", "create", "/nonexistent/dir/b.qrb"},
          1,
          "",
-         "Backup has failed. Please make sure you have enough space on the storage device.\n"},
+         "Backup has failed. Please make sure you have enough space on the storage device.\n"
+         "quillarbor: cannot create /nonexistent/dir/b.qrb: No such file or directory\n"},
         {{"archive", "create", "/nonexistent/dir/a.qra", "--from", "2026-11-01", "--to",
           "2026-11-30"},
          1,
          "",
          "Archive operation has failed. Please make sure you have enough space on storage device "
-         "and try again.\n"},
+         "and try again.\n"
+         "quillarbor: cannot create /nonexistent/dir/a.qra: No such file or directory\n"},
     };
     for (const Case& c : cases) {
         RunResult r = run(c.args);

@@ -144,9 +144,10 @@ TEST_F(BulkCli, NoteExport) {
               "{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0\\fswiss Tahoma;}}\\uc1\\f0\\fs20 Caf\\u233?}");
     RunResult r = run({"note", "export", id, file("no/dir/n.txt")});
     EXPECT_EQ(r.status, 1);
-    EXPECT_EQ(
-        r.err,
-        "Export note failed. Please make sure there is enough storage space and try again.\n");
+    EXPECT_EQ(r.err,
+              "Export note failed. Please make sure there is enough storage space and try again.\n"
+              "quillarbor: cannot create " +
+                  file("no/dir/n.txt") + ": No such file or directory\n");
 }
 
 }  // namespace

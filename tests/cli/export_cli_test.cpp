@@ -142,17 +142,23 @@ TEST_F(ExportCli, SavedLayoutsAndTheDefault) {
 
 TEST_F(ExportCli, FailuresAndBadUsage) {
     addNovember();
-    RunResult r = run(with({"export", "csv", out.file("missing/x.csv")}, kNovember));
+    const std::string missing = out.file("missing/x.csv");
+    RunResult r = run(with({"export", "csv", missing}, kNovember));
     EXPECT_EQ(r.status, 1);
     EXPECT_EQ(r.err,
-              "Export failed. Please make sure there is enough storage space and try agin.\n");
+              "Export failed. Please make sure there is enough storage space and try agin.\n"
+              "quillarbor: cannot create " +
+                  missing + ": No such file or directory\n");
     r = run(with({"export", "xml", "/dev/full"}, kNovember));
     EXPECT_EQ(r.status, 1);
     EXPECT_EQ(r.err,
-              "Export failed. Please make sure there is enough storage space and try agin.\n");
+              "Export failed. Please make sure there is enough storage space and try agin.\n"
+              "quillarbor: cannot write /dev/full: No space left on device\n");
     r = run(with({"report", "/dev/full"}, kNovember));
     EXPECT_EQ(r.status, 1);
-    EXPECT_EQ(r.err, "Report generation has failed.\n");
+    EXPECT_EQ(r.err,
+              "Report generation has failed.\n"
+              "quillarbor: cannot write /dev/full: No space left on device\n");
 
     const Words usage[] = {
         {"export", "csv", out.file("x.csv")},

@@ -14,27 +14,59 @@ std::string written(const std::string& path, const std::string& codePage,
     ExportFile file(path, codePage);
     EXPECT_TRUE(file.create());
     EXPECT_TRUE(file.writeConverted(text));
-    EXPECT_EQ(file.lastBytesWritten(), text.size());
+    EXPECT_TRUE(file.finish());
     return readFile(path);
 }
 
+const struct {
+    const char* codePage;
+    std::u16string text;
+    std::string bytes;
+} kConverted[] = {
+    {"CP1252", u"Caf\u00e9 \u20ac", "Caf\xE9 \x80"},
+    {"CP1252", u"\u3042x", "?x"},
+    // Each half of a character beyond the Basic Multilingual Plane that the
+    // code page cannot map is a '?' of its own: the count holds, no NUL.
+    {"CP1252", u"a\U0001F600b", "a??b"},
+    {"CP932", u"a\U0001F600b", "a??b"},
+    {"CP1252", u"lone \xD800 and \xDC00", "lone ? and ?"},
+    // Two bytes a character: the end of the text falls off.
+    {"CP932", u"\u65e5\u672cab", "\x93\xfa\x96\x7b"},
+    {"UTF-8", u"a\U0001F600b!", "a\xF0\x9F\x98\x80"},
+    {"CP1252", u"", ""},
+};
+
 TEST(ExportFile, ConvertedWritesOneBytePerCodeUnit) {
     TempDir dir;
-    const struct {
-        const char* codePage;
-        std::u16string text;
-        std::string bytes;
-    } cases[] = {
-        {"CP1252", u"Caf\u00e9 \u20ac", "Caf\xE9 \x80"},
-        {"CP1252", u"\u3042x", "?x"},
-        // A surrogate pair is one '?', so the count leaves a NUL at the end.
-        {"CP1252", u"a\U0001F600b", std::string("a?b\0", 4)},
-        // Two bytes a character: the end of the text falls off.
-        {"CP932", u"\u65e5\u672cab", "\x93\xfa\x96\x7b"},
-        {"CP1252", u"", ""},
-    };
-    for (const auto& c : cases) {
+    for (const auto& c : kConverted) {
         EXPECT_EQ(written(dir.file("t"), c.codePage, c.text), c.bytes) << c.codePage;
+        std::string appended = "<";
+        ExportFile(dir.file("u"), c.codePage).appendConverted(appended, c.text);
+        EXPECT_EQ(appended, "<" + c.bytes) << c.codePage;
+    }
+}
+
+// A document written in pieces keeps the count of the whole, whatever the
+// size of the pieces, and a run's cut reaches back into what is on disk.
+TEST(ExportFile, ConvertedRunsCountAsOneText) {
+    TempDir dir;
+    const std::string path = dir.file("run");
+    std::u16string text;
+    for (int i = 0; i < 40000; ++i) text += i % 3 == 0 ? u"\u65e5" : u"ab";
+    std::string expected = written(dir.file("whole"), "CP932", text);
+    ASSERT_EQ(expected.size(), text.size());
+    for (std::size_t piece : {1u, 7u, 4096u, 70000u}) {
+        ExportFile file(path, "CP932");
+        ASSERT_TRUE(file.create());
+        file.writeRaw("<", 1);
+        file.beginConvertedRun();
+        for (std::size_t at = 0; at < text.size(); at += piece) {
+            file.writeConvertedPart(std::u16string_view(text).substr(at, piece));
+        }
+        file.endConvertedRun();
+        file.writeRaw(">", 1);
+        ASSERT_TRUE(file.finish());
+        EXPECT_EQ(readFile(path), "<" + expected + ">") << piece;
     }
 }
 
@@ -46,12 +78,12 @@ TEST(ExportFile, RawWideAndNarrowWrites) {
     const unsigned char mark[] = {0xFF, 0xFE};
     EXPECT_TRUE(file.writeRaw(mark, 2));
     EXPECT_TRUE(file.writeWide(u"<\u00e9"));
-    EXPECT_EQ(file.lastBytesWritten(), 4u);
     EXPECT_TRUE(file.writeNarrow("ok"));
+    EXPECT_TRUE(file.finish());
     EXPECT_EQ(readFile(path), std::string("\xFF\xFE<\0\xE9\0ok", 8));
 }
 
-TEST(ExportFile, ReplacesAnExistingFileAndReportsFailedWrites) {
+TEST(ExportFile, ReplacesAnExistingFileOnlyWhenComplete) {
     TempDir dir;
     const std::string path = dir.file("old");
     writeFile(path, "a much longer old content");
@@ -59,18 +91,21 @@ TEST(ExportFile, ReplacesAnExistingFileAndReportsFailedWrites) {
         ExportFile file(path);
         ASSERT_TRUE(file.create());
         EXPECT_TRUE(file.writeNarrow("new"));
+        EXPECT_EQ(readFile(path), "a much longer old content");
+        EXPECT_TRUE(file.finish());
     }
     EXPECT_EQ(readFile(path), "new");
 
     ExportFile missing(dir.file("no/such/dir"));
     EXPECT_FALSE(missing.create());
     EXPECT_FALSE(missing.writeNarrow("x"));
-    EXPECT_FALSE(missing.lastWriteOk());
+    EXPECT_NE(missing.error().find(dir.file("no/such/dir")), std::string::npos);
 
     ExportFile full("/dev/full");
     ASSERT_TRUE(full.create());
-    EXPECT_FALSE(full.writeConverted(u"no space"));
-    EXPECT_FALSE(full.lastWriteOk());
+    full.writeConverted(u"no space");
+    EXPECT_FALSE(full.finish());
+    EXPECT_NE(full.error().find("/dev/full"), std::string::npos);
 }
 
 }  // namespace
