@@ -1,5 +1,6 @@
-// make_reference_store DIR [--seed N]: writes the reference store into
-// DIR/quillarbor.db, which must not exist yet.
+// make_reference_store DIR [--seed N] [--entries N]: writes the reference
+// store (100,000 entries unless told) into DIR/quillarbor.db, which must not
+// exist yet.
 
 #include <chrono>
 #include <cstdio>
@@ -18,12 +19,14 @@ constexpr int kExitFailed = 1;
 constexpr int kExitUsage = 2;
 
 int usage(const char* message) {
-    std::fprintf(stderr, "make_reference_store: %s\nusage: make_reference_store DIR [--seed N]\n",
-                 message);
+    std::fprintf(
+        stderr,
+        "make_reference_store: %s\nusage: make_reference_store DIR [--seed N] [--entries N]\n",
+        message);
     return kExitUsage;
 }
 
-bool parseSeed(const std::string& text, std::uint32_t* out) {
+bool parseNumber(const std::string& text, std::uint32_t* out) {
     if (text.empty() || text.find_first_not_of("0123456789") != std::string::npos) return false;
     unsigned long long value = std::strtoull(text.c_str(), nullptr, 10);
     if (value > 0xFFFFFFFFULL) return false;
@@ -39,11 +42,18 @@ int main(int argc, char** argv) {
     for (int i = 1; i < argc; ++i) {
         std::string arg = argv[i];
         if (arg == "--seed") {
-            if (i + 1 >= argc || !parseSeed(argv[++i], &options.seed)) {
+            if (i + 1 >= argc || !parseNumber(argv[++i], &options.seed)) {
                 return usage("--seed takes a number from 0 to 4294967295");
             }
+        } else if (arg == "--entries") {
+            std::uint32_t entries = 0;
+            if (i + 1 >= argc || !parseNumber(argv[++i], &entries) || entries == 0 ||
+                entries > 10000000) {
+                return usage("--entries takes a number from 1 to 10000000");
+            }
+            options.entries = entries;
         } else if (arg == "--help" || arg == "-h") {
-            std::printf("usage: make_reference_store DIR [--seed N]\n");
+            std::printf("usage: make_reference_store DIR [--seed N] [--entries N]\n");
             return 0;
         } else if (!arg.empty() && arg[0] == '-') {
             return usage(("unknown option " + arg).c_str());
