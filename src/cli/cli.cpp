@@ -57,6 +57,12 @@ bool wantsHelp(const std::vector<std::string>& words) {
 
 int runCommandLine(int argc, char** argv, DesktopLauncher desktop) {
     std::vector<std::string> words(argv + 1, argv + argc);
+    // "--data" with nothing after it, wherever it stands: the directory was
+    // forgotten, and no default directory may be touched instead.
+    if (!words.empty() && words.back() == "--data") {
+        std::cerr << "quillarbor: --data needs a directory\nTry 'quillarbor --help'.\n";
+        return kExitRefused;
+    }
     std::string dataDir;
     std::size_t i = 0;
     while (i < words.size() && words[i].rfind("--", 0) == 0) {
@@ -78,12 +84,15 @@ int runCommandLine(int argc, char** argv, DesktopLauncher desktop) {
             i += 2;
             continue;
         }
-        if (w == "--data" && i + 1 < words.size()) {
-            dataDir = words[i + 1];
-            i += 2;
-        } else if (w.rfind("--data=", 0) == 0) {
-            dataDir = w.substr(7);
-            ++i;
+        if (w == "--data" || w.rfind("--data=", 0) == 0) {
+            dataDir = w == "--data" ? words[i + 1] : w.substr(7);
+            i += w == "--data" ? 2 : 1;
+            // An empty name would quietly fall back to the default directory.
+            if (dataDir.empty()) {
+                std::cerr << "quillarbor: --data needs a directory, not an empty name\n"
+                          << "Try 'quillarbor --help'.\n";
+                return kExitRefused;
+            }
         } else {
             std::cerr << "quillarbor: unknown option " << w << "\nTry 'quillarbor --help'.\n";
             return kExitRefused;

@@ -40,6 +40,40 @@ bool parseDateArg(std::string_view text, SYSTEMTIME* out) {
     return true;
 }
 
+std::string dateArgProblem(std::string_view option, std::string_view text) {
+    int y = 0, m = 0, d = 0;
+    const std::string name(option);
+    if (text.size() != 10 || text[4] != '-' || text[7] != '-' || !number(text, 0, 4, &y) ||
+        !number(text, 5, 2, &m) || !number(text, 8, 2, &d)) {
+        return name + " takes a date as YYYY-MM-DD";
+    }
+    std::string why;
+    if (m < 1 || m > 12) {
+        why = "a month is 01 to 12";
+    } else if (y < 1601 || y > 30827) {
+        why = "dates run from 1601 to 30827";
+    } else {
+        int days = 31;
+        FILETIME ft;
+        while (days > 28 && !systemTimeToFileTime(makeDate(y, m, days), &ft)) --days;
+        why = stringPrintf("%04d-%02d has %d days", y, m, days);
+    }
+    return name + ": the date " + std::string(text) + " does not exist (" + why + ")";
+}
+
+bool holdsControlCharacter(std::string_view utf8) {
+    for (std::size_t i = 0; i < utf8.size(); ++i) {
+        const auto c = static_cast<unsigned char>(utf8[i]);
+        if (c < 0x20 || c == 0x7F) return true;
+        // U+0080 to U+009F, the second set of control characters.
+        if (c == 0xC2 && i + 1 < utf8.size()) {
+            const auto next = static_cast<unsigned char>(utf8[i + 1]);
+            if (next >= 0x80 && next <= 0x9F) return true;
+        }
+    }
+    return false;
+}
+
 bool parseTimeArg(std::string_view text, SYSTEMTIME* out) {
     int h = 0, m = 0;
     std::size_t colon = text.find(':');

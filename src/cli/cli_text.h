@@ -15,6 +15,13 @@ std::string u8(std::u16string_view text);
 std::u16string u16(std::string_view text);
 
 bool parseDateArg(std::string_view text, SYSTEMTIME* out);
+// The message for a date option that parseDateArg refused: the form it
+// takes, or, for a well-formed date the calendar lacks (2024-02-30), that
+// the date does not exist and why.
+std::string dateArgProblem(std::string_view option, std::string_view text);
+// True when the UTF-8 text holds a tab, CR, LF or another control character
+// (U+0000 to U+001F, U+007F, U+0080 to U+009F).
+bool holdsControlCharacter(std::string_view utf8);
 bool parseTimeArg(std::string_view text, SYSTEMTIME* out);
 bool parseUnsignedArg(std::string_view text, std::uint32_t* out);
 

@@ -15,7 +15,7 @@ bool dayAt(CommandContext& ctx, const std::string& option, const std::string& te
            int minute, int second, FILETIME* out) {
     SYSTEMTIME day;
     if (!parseDateArg(text, &day)) {
-        ctx.usage("--" + option + " takes a date YYYY-MM-DD");
+        ctx.usage(dateArgProblem("--" + option, text));
         return false;
     }
     day.wHour = static_cast<std::uint16_t>(hour);
@@ -23,7 +23,7 @@ bool dayAt(CommandContext& ctx, const std::string& option, const std::string& te
     day.wSecond = static_cast<std::uint16_t>(second);
     day.wMilliseconds = 0;
     if (!systemTimeToFileTime(day, out)) {
-        ctx.usage("--" + option + " takes a date YYYY-MM-DD");
+        ctx.usage(dateArgProblem("--" + option, text));
         return false;
     }
     return true;

@@ -21,7 +21,6 @@
 namespace qb {
 namespace {
 
-
 const std::vector<Args::Option> kFieldOptions = {{"date", true},
                                                  {"start", true},
                                                  {"no-start", false},
@@ -50,7 +49,7 @@ const std::vector<Args::Option> kFieldOptions = {{"date", true},
 bool fillForm(CommandContext& ctx, const Args& args, EntryForm& form) {
     if (auto d = args.value("date")) {
         if (!parseDateArg(*d, &form.day)) {
-            ctx.usage("--date takes a date as YYYY-MM-DD");
+            ctx.usage(dateArgProblem("--date", *d));
             return false;
         }
     }
@@ -96,11 +95,25 @@ bool fillForm(CommandContext& ctx, const Args& args, EntryForm& form) {
     return true;
 }
 
+// The Billing page's boxes are disabled while the entry is not billable:
+// options that would fill them are refused rather than dropped.
+bool billingOptionsFit(CommandContext& ctx, const Args& args, const EntryForm& form) {
+    if (form.billable) return true;
+    for (const char* option : {"rate", "paid", "currency", "bill-to", "rate-type"}) {
+        if (args.has(option)) {
+            ctx.usage(std::string("--") + option +
+                      " is for a billable entry, and this one is not: add --billable");
+            return false;
+        }
+    }
+    return true;
+}
+
 // OK of the editor: the checks, the save and what the master data learns,
 // committed together.
 int save(CommandContext& ctx, const Args& args, TimeEntry entry) {
     EntryForm form = formFromEntry(entry);
-    if (!fillForm(ctx, args, form)) return kExitRefused;
+    if (!fillForm(ctx, args, form) || !billingOptionsFit(ctx, args, form)) return kExitRefused;
     // The Billing page selects the rate of the client now in the General
     // page that matches the entry's rate and type, unless one is chosen.
     if (!args.has("rate-type")) {
@@ -187,7 +200,7 @@ int copy(CommandContext& ctx, const Args& args, const TimeEntry& source) {
     if (auto d = args.value("duration")) request.duration = u16(*d);
     if (auto u = args.value("until")) {
         SYSTEMTIME until{};
-        if (!parseDateArg(*u, &until)) return ctx.usage("--until takes a date as YYYY-MM-DD");
+        if (!parseDateArg(*u, &until)) return ctx.usage(dateArgProblem("--until", *u));
         request.until = until;
     }
     request.includeWeekend = args.has("include-weekend");

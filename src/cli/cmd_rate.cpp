@@ -34,15 +34,16 @@ std::u16string cut(const std::string& text, std::size_t limit) {
     return s;
 }
 
-// OK of the dialog: the checks, then the value handed to the table in
-// currency units.
-bool accept(CommandContext& ctx, const RateDialog& dialog, double* units) {
-    RateCheck check = checkRateDialog(dialog.description, dialog.rate);
+// OK of the dialog: the checks, then the value the rate table stores. A
+// modified rate passes its stored value, which an untouched box keeps.
+bool accept(CommandContext& ctx, const RateDialog& dialog, std::optional<std::uint32_t> stored,
+            std::uint32_t* rate) {
+    RateCheck check = checkRateDialog(dialog.description, dialog.rate, stored);
     if (!check.ok) {
         ctx.refused(std::u16string(check.message));
         return false;
     }
-    *units = check.rate * 0.01;
+    *rate = check.rate;
     return true;
 }
 
@@ -73,9 +74,9 @@ int add(CommandContext& ctx, const Args& args) {
     if (!typeArg(ctx, args, &dialog.type)) return kExitRefused;
     dialog.description = cut(args.value("description").value_or(""), 63);
     dialog.rate = cut(args.value("rate").value_or(""), 16);
-    double units = 0;
-    if (!accept(ctx, dialog, &units)) return kExitRefused;
-    CEOID oid = addRate(ctx.masters().rates, dialog.type, units, owner, dialog.description, false);
+    RateRecord rate{0, owner, dialog.description, dialog.type, 0, false};
+    if (!accept(ctx, dialog, std::nullopt, &rate.rate)) return kExitRefused;
+    CEOID oid = addRateRecord(ctx.masters().rates, rate);
     if (oid == 0) return ctx.failed("cannot add the rate");
     ctx.out << oid << "\n";
     return kExitOk;
@@ -95,10 +96,11 @@ int update(CommandContext& ctx, const Args& args) {
     if (args.has("type") && !typeArg(ctx, args, &dialog.type)) return kExitRefused;
     if (auto d = args.value("description")) dialog.description = cut(*d, 63);
     if (auto r = args.value("rate")) dialog.rate = cut(*r, 16);
-    double units = 0;
-    if (!accept(ctx, dialog, &units)) return kExitRefused;
-    if (!rates.seekOid(id) ||
-        !updateRate(rates, dialog.type, units, record.clientId, dialog.description, record.flag)) {
+    const std::uint32_t stored = record.rate;
+    record.rateType = dialog.type;
+    record.description = dialog.description;
+    if (!accept(ctx, dialog, stored, &record.rate)) return kExitRefused;
+    if (!rates.seekOid(id) || !updateRateRecord(rates, record)) {
         return ctx.failed("cannot change the rate");
     }
     return kExitOk;

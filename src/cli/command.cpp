@@ -2,11 +2,18 @@
 
 #include <ostream>
 
+#include "cli/cli_text.h"
 #include "platform/platform.h"
 #include "platform/text.h"
 #include "store/tables.h"
 
 namespace qb {
+namespace {
+
+constexpr const char* kControlCharacterRefusal =
+    " holds a tab, line break or other control character; only --note may";
+
+}  // namespace
 
 CommandContext::CommandContext(std::string dataDir, std::string command,
                                std::vector<std::string> words, std::ostream& out, std::ostream& err)
@@ -39,9 +46,29 @@ bool CommandContext::parse(Args& args, std::size_t skip, const std::vector<Args:
     std::vector<std::string> rest;
     if (skip < words_.size()) rest.assign(words_.begin() + static_cast<long>(skip), words_.end());
     std::string error;
-    if (args.parse(rest, known, &error)) return true;
-    usage(error);
-    return false;
+    if (!args.parse(rest, known, &error)) {
+        usage(error);
+        return false;
+    }
+    // One row a line in every listing: no text may bring a line break or a
+    // tab in. Notes may: the --note option and the TEXT of a note command.
+    for (const Args::Option& option : known) {
+        if (!option.takesValue || std::string_view(option.name) == "note") continue;
+        for (const std::string& value : args.all(option.name)) {
+            if (holdsControlCharacter(value)) {
+                usage(std::string("--") + option.name + kControlCharacterRefusal);
+                return false;
+            }
+        }
+    }
+    if (!words_.empty() && words_[0] == "note") return true;
+    for (const std::string& word : args.positional()) {
+        if (holdsControlCharacter(word)) {
+            usage(std::string("an argument") + kControlCharacterRefusal);
+            return false;
+        }
+    }
+    return true;
 }
 
 int CommandContext::usage(const std::string& message) {

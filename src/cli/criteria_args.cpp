@@ -72,8 +72,12 @@ bool criteriaFromArgs(CommandContext& ctx, const Args& args, EntryFilter* filter
         ctx.usage("give the dates with --from YYYY-MM-DD and --to YYYY-MM-DD");
         return false;
     }
-    if (!parseDateArg(*from, &filter->start) || !parseDateArg(*to, &filter->end)) {
-        ctx.usage("dates are written YYYY-MM-DD");
+    if (!parseDateArg(*from, &filter->start)) {
+        ctx.usage(dateArgProblem("--from", *from));
+        return false;
+    }
+    if (!parseDateArg(*to, &filter->end)) {
+        ctx.usage(dateArgProblem("--to", *to));
         return false;
     }
     return true;

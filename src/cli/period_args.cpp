@@ -29,7 +29,7 @@ bool dateOption(CommandContext& ctx, const Args& args, const char* name, SYSTEMT
     auto text = args.value(name);
     if (!text) return true;
     if (parseDateArg(*text, out)) return true;
-    ctx.usage(std::string("--") + name + " takes a date as YYYY-MM-DD");
+    ctx.usage(dateArgProblem(std::string("--") + name, *text));
     return false;
 }
 

@@ -4,30 +4,58 @@
 
 namespace qb {
 
-double parseHours(std::u16string_view text) {
-    return parseNumber(text);
+namespace {
+
+constexpr std::int64_t kSecondsPerHundredth = 36;
+
+// The step of granularity in seconds; 0 when granularity is off. A minTime
+// of 0 would divide by zero: it means no rounding.
+std::int64_t granularitySeconds(const Settings& settings) {
+    if (!(settings.optionFlags & kDurationGranularity)) return 0;
+    return std::int64_t{settings.minTime} * 60;
 }
 
-std::uint16_t durationFromHours(double hours, const Settings& settings) {
-    double h = hours;
-    // A granularity of 0 minutes would divide by zero; it means no rounding.
-    if ((settings.optionFlags & kDurationGranularity) && settings.minTime > 0) {
-        const double step = settings.minTime / 60.0;
-        const double q = h / step;
-        double whole = 0.0;
-        // Always up to the next step, never to the nearest; a negative
-        // quotient has no positive fraction and is left alone.
-        if (std::modf(q, &whole) > 0.0) h = std::ceil(q) * step;
+// Up to the next whole step.
+std::int64_t roundedUp(std::int64_t seconds, std::int64_t step) {
+    return step == 0 ? seconds : (seconds + step - 1) / step * step;
+}
+
+std::optional<std::uint16_t> inRange(std::int64_t hundredths) {
+    if (hundredths < 0 || hundredths > kMaxDuration) return std::nullopt;
+    return static_cast<std::uint16_t>(hundredths);
+}
+
+}  // namespace
+
+std::optional<std::uint16_t> durationFromSeconds(std::int64_t seconds, const Settings& settings) {
+    // Rounding only adds, so a span already too long is refused before any
+    // product can overflow.
+    if (seconds < 0 || seconds > (kMaxDuration + 1) * kSecondsPerHundredth) return std::nullopt;
+    return inRange(roundedUp(seconds, granularitySeconds(settings)) / kSecondsPerHundredth);
+}
+
+std::optional<std::uint16_t> durationFromMinutes(std::int64_t minutes, const Settings& settings) {
+    if (minutes < 0 || minutes > kMaxDuration) return std::nullopt;
+    return durationFromSeconds(minutes * 60, settings);
+}
+
+std::optional<std::uint16_t> durationFromHundredths(std::int64_t hundredths,
+                                                    const Settings& settings) {
+    if (hundredths < 0 || hundredths > kMaxDuration) return std::nullopt;
+    const std::int64_t step = granularitySeconds(settings);
+    const std::int64_t seconds = hundredths * kSecondsPerHundredth;
+    if (step > 0 && seconds % step != 0) {
+        // The whole steps just below, as two rounded decimals show them.
+        const std::int64_t below = seconds / step * step;
+        if (below > 0 && (below + kSecondsPerHundredth / 2) / kSecondsPerHundredth == hundredths) {
+            return static_cast<std::uint16_t>(hundredths);
+        }
     }
-    return static_cast<std::uint16_t>(truncateToInt32(h * 100));
+    return durationFromSeconds(seconds, settings);
 }
 
-std::uint16_t durationFromMinutes(int minutes, const Settings& settings) {
-    return durationFromHours(minutes / 60.0, settings);
-}
-
-std::uint16_t durationFromSeconds(std::uint32_t seconds, const Settings& settings) {
-    return durationFromHours(seconds / 3600.0, settings);
+std::optional<std::uint16_t> durationFromText(std::u16string_view text, const Settings& settings) {
+    return durationFromHundredths(parseHundredths(text), settings);
 }
 
 std::u16string durationText(std::uint16_t duration) {

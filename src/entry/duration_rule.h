@@ -4,6 +4,7 @@
 // of an hour), and the arithmetic around the editor's Duration box.
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,19 +15,33 @@
 
 namespace qb {
 
-// The hours of a Duration box: its leading number, the rest ignored
-// ("1,5" is 1, "" is 0). See parseNumber.
-double parseHours(std::u16string_view text);
+// The longest duration the stored 16-bit field holds: 655.35 hours.
+inline constexpr std::uint16_t kMaxDuration = 65535;
+inline constexpr std::u16string_view kDurationRangeMessage =
+    u"Duration must be between 0 and 655.35 hours.";
 
-// The duration rule. With granularity on (kDurationGranularity), hours that
-// are not a whole number of minTime steps go up to the next step; then
-// hours × 100, truncated toward zero. A negative result is kept as its
-// 16-bit pattern, as the stored field is unsigned.
-std::uint16_t durationFromHours(double hours, const Settings& settings);
-// The same rule for a span in whole minutes (the start/end dialog) and for
-// a timer's elapsed seconds.
-std::uint16_t durationFromMinutes(int minutes, const Settings& settings);
-std::uint16_t durationFromSeconds(std::uint32_t seconds, const Settings& settings);
+// The duration rule, the only way a typed or counted time becomes a stored
+// duration (hundredths of an hour). Granularity (kDurationGranularity with a
+// minTime step) is decided in whole seconds: a time that is not a whole
+// number of steps goes up to the next step, never to the nearest; then the
+// hours are cut after the second decimal. A time below 0 or beyond
+// kMaxDuration (after the rounding) answers none: the caller refuses it with
+// kDurationRangeMessage, nothing is wrapped.
+//
+// Typed hours, exact in hundredths (parseHundredths of the box). A typed
+// value that shows a whole number of steps as the Duration drop-down shows
+// it (two decimals, rounded: 0.67 for 40 minutes) counts as that many steps,
+// so every item of the drop-down stays as it reads.
+std::optional<std::uint16_t> durationFromHundredths(std::int64_t hundredths,
+                                                    const Settings& settings);
+// The text of a Duration box: its leading number (the rest ignored, "1,5"
+// is 1, "" is 0), cut after the second decimal in decimal.
+std::optional<std::uint16_t> durationFromText(std::u16string_view text, const Settings& settings);
+// A counted span: a timer's elapsed seconds, the start/end dialog's minutes.
+// 50 minutes with 10-minute steps is 0.83; 100 minutes with 20-minute steps
+// is 1.66.
+std::optional<std::uint16_t> durationFromSeconds(std::int64_t seconds, const Settings& settings);
+std::optional<std::uint16_t> durationFromMinutes(std::int64_t minutes, const Settings& settings);
 
 // The duration as its box shows it: "%.2f" of the hours.
 std::u16string durationText(std::uint16_t duration);

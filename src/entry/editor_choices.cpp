@@ -57,9 +57,12 @@ std::vector<std::u16string> contactChoices(MasterTables& masters, const std::u16
     return items;
 }
 
-std::u16string calculateTotal(TimeEntry& entry, std::u16string_view currencyBox,
-                              std::u16string_view rateBox, bool fixed, const Settings& settings) {
-    entry.rate = editorRate(rateBox);
+std::optional<std::u16string> calculateTotal(TimeEntry& entry, std::u16string_view currencyBox,
+                                             std::u16string_view rateBox, bool fixed,
+                                             const Settings& settings) {
+    const std::optional<std::uint32_t> rate = editorRate(rateBox);
+    if (!rate) return std::nullopt;
+    entry.rate = *rate;
     entry.rateType = fixed ? kFixedRate : kNormalRate;
     return totalText(entry, currencyBox, settings);
 }

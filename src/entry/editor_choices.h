@@ -3,6 +3,7 @@
 // What the entry editor's boxes offer and show besides the typed text: the
 // master data of the client in the Client box, and the Billing page's total.
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,9 +31,11 @@ std::vector<std::u16string> contactChoices(MasterTables& masters, const std::u16
 
 // "Calculate" on the Billing page: the rate box and "Fixed" go into the
 // entry (a fixed rate, else a normal one), and the answer is what "Total:"
-// shows, "%s%.02f" of the currency box and the amount.
-std::u16string calculateTotal(TimeEntry& entry, std::u16string_view currencyBox,
-                              std::u16string_view rateBox, bool fixed, const Settings& settings);
+// shows, "%s%.02f" of the currency box and the amount. None, with the entry
+// unchanged, for a rate outside its range (kRateRangeMessage).
+std::optional<std::u16string> calculateTotal(TimeEntry& entry, std::u16string_view currencyBox,
+                                             std::u16string_view rateBox, bool fixed,
+                                             const Settings& settings);
 // "Total:" for the entry as it stands, behind the currency box's text.
 std::u16string totalText(const TimeEntry& entry, std::u16string_view currencyBox,
                          const Settings& settings);

@@ -61,7 +61,16 @@ CopyResult copyEntry(DataFile& file, EntryTable& entries, MasterTables& masters,
         result.check = {false, kNumericOnlyMessage, FormField::kDuration};
         return result;
     }
-    const std::uint16_t duration = durationFromHours(parseHours(box), settings);
+    // The box starts with the entry's duration; left so, the copies keep it.
+    std::uint16_t duration = source.duration;
+    if (box != durationText(source.duration)) {
+        const std::optional<std::uint16_t> typed = durationFromText(box, settings);
+        if (!typed) {
+            result.check = {false, kDurationRangeMessage, FormField::kDuration};
+            return result;
+        }
+        duration = *typed;
+    }
     const SYSTEMTIME sourceDay = dayAt(source.date);
     const FILETIME timeOfDay = source.date - midnight(sourceDay);
     if (!file.beginBatch()) return result;

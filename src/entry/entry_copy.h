@@ -40,7 +40,8 @@ struct CopyResult {
 };
 
 // OK of the dialog: the duration must not be blank nor hold letters; it
-// goes through the duration rule. Each copy takes every field of the entry
+// goes through the duration rule (a box still showing the entry's duration
+// keeps it; one outside 0 to 655.35 hours is refused). Each copy takes every field of the entry
 // but its record, its day (the time of day and the start-time mark stay)
 // and its duration, and is saved as the editor saves (master data too), all
 // in one batch.

@@ -19,9 +19,17 @@ void storeStart(const std::optional<SYSTEMTIME>& start, TimeEntry& entry) {
     }
 }
 
-void storeDuration(const EntryForm& form, const Settings& settings, TimeEntry& entry) {
-    entry.duration =
-        durationFromHours(parseHours(limitText(form.duration, kDurationLimit)), settings);
+// A Duration box that still shows the entry's duration keeps it exactly:
+// saving an entry again never changes hours the user did not touch, even
+// after the granularity option changed. A box holding a letter is left to
+// OK's letter test.
+FormResult storeDuration(const EntryForm& form, const Settings& settings, TimeEntry& entry) {
+    const std::u16string box = limitText(form.duration, kDurationLimit);
+    if (box == durationText(entry.duration) || holdsLetter(box)) return {};
+    const std::optional<std::uint16_t> duration = durationFromText(box, settings);
+    if (!duration) return refuse(kDurationRangeMessage, FormField::kDuration);
+    entry.duration = *duration;
+    return {};
 }
 
 FormResult applyGeneral(const EntryForm& form, TimeEntry& entry) {
@@ -43,14 +51,19 @@ FormResult applyBilling(const EntryForm& form, TimeEntry& entry) {
         // The page's other boxes are disabled and left out, so paid, bill-to,
         // currency and rate type stay as they were.
         entry.billable = false;
-        entry.rate = editorRate(u"0");
+        entry.rate = 0;
         return {};
     }
     entry.billable = true;
     entry.paid = form.paid;
     const std::u16string rate = limitText(form.rate, kRateLimit);
     if (holdsLetter(rate)) return refuse(kNumericOnlyMessage, FormField::kRate);
-    entry.rate = editorRate(rate);
+    // As with the duration, a rate box that still shows the rate keeps it.
+    if (rate != rateText(entry.rate)) {
+        const std::optional<std::uint32_t> value = editorRate(rate);
+        if (!value) return refuse(kRateRangeMessage, FormField::kRate);
+        entry.rate = *value;
+    }
     entry.billTo = limitText(form.billTo, kBillToLimit);
     entry.currency = limitText(form.currency, kCurrencyLimit);
     if (form.rateNode) {
@@ -119,8 +132,7 @@ FormPage pageOf(FormField field) {
 FormResult leaveGeneral(const EntryForm& form, const Settings& settings, TimeEntry& entry) {
     if (form.client.empty()) return refuse(kClientBlankMessage, FormField::kClient);
     if (form.duration.empty()) return refuse(kDurationBlankMessage, FormField::kDuration);
-    storeDuration(form, settings, entry);
-    return {};
+    return storeDuration(form, settings, entry);
 }
 
 FormResult applyForm(const EntryForm& form, const Settings& settings, TimeEntry& entry) {
@@ -135,7 +147,16 @@ FormResult applyForm(const EntryForm& form, const Settings& settings, TimeEntry&
 FormResult beginSetTimes(const EntryForm& form, const Settings& settings, TimeEntry& entry) {
     if (form.duration.empty()) return refuse(kDurationBlankMessage, FormField::kDuration);
     storeStart(form.start, entry);
-    storeDuration(form, settings, entry);
+    return storeDuration(form, settings, entry);
+}
+
+FormResult finishSetTimes(const SYSTEMTIME& start, const SYSTEMTIME& end, const Settings& settings,
+                          TimeEntry& entry) {
+    const std::optional<std::uint16_t> duration =
+        durationFromMinutes(spanMinutes(start, end), settings);
+    if (!duration) return refuse(kDurationRangeMessage, FormField::kDuration);
+    setStartTime(entry, start);
+    entry.duration = *duration;
     return {};
 }
 

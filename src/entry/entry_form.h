@@ -90,13 +90,19 @@ struct FormResult {
 
 // Leaving the General page (also the first step of OK): client and duration
 // must not be blank; then the duration box goes into `entry` by the duration
-// rule, so that the Billing page computes with it.
+// rule, so that the Billing page computes with it. A box that still shows
+// the entry's duration keeps it exactly; hours outside 0 to 655.35 are
+// refused (kDurationRangeMessage).
 FormResult leaveGeneral(const EntryForm& form, const Settings& settings, TimeEntry& entry);
 
 // OK of the editor: leaving General, then each page stores its boxes into
 // `entry` in page order (General, Billing, Custom, Notes), stopping at the
 // first refusal. What was stored before a refusal stays in `entry`; the
 // editor stays open on it, the command line drops it.
+//
+// The rate box, like the Duration box, keeps the entry's rate when it still
+// shows it; a typed rate is cut after the second decimal in decimal and must
+// lie in 0 to 42,949,672.95 (kRateRangeMessage).
 //
 // A non-billable entry stores billable = false and rate = 0 and nothing else
 // of the Billing page: paid, bill-to, currency and rate type keep what the
@@ -109,8 +115,14 @@ FormResult applyForm(const EntryForm& form, const Settings& settings, TimeEntry&
 // The first step of "Set...": the Duration box must not be blank; the start
 // picker and the typed duration are stored into `entry` (the duration by the
 // duration rule). The dialog then proposes the entry's start (or now) and
-// the start plus endOffsetMinutes(entry.duration); on its OK the caller sets
-// the start time and the duration from spanMinutes (durationFromMinutes).
+// the start plus endOffsetMinutes(entry.duration); on its OK the caller
+// calls finishSetTimes.
 FormResult beginSetTimes(const EntryForm& form, const Settings& settings, TimeEntry& entry);
+// OK of the start/end dialog: the start becomes the entry's start time and
+// the span (spanMinutes) its duration by the duration rule. A span below
+// zero (an end earlier within the start's hour) or beyond 655.35 hours is
+// refused with kDurationRangeMessage and changes nothing.
+FormResult finishSetTimes(const SYSTEMTIME& start, const SYSTEMTIME& end, const Settings& settings,
+                          TimeEntry& entry);
 
 }  // namespace qb

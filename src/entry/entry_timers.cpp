@@ -42,7 +42,9 @@ void EntryTimerSet::complete(int index, std::vector<std::uint8_t> note) {
     t.note = std::move(note);
 }
 
-void EntryTimerSet::reset(int index) { timer(index) = EntryTimer(); }
+void EntryTimerSet::reset(int index) {
+    timer(index) = EntryTimer();
+}
 
 bool EntryTimerSet::anyActive() const {
     for (const EntryTimer& t : timers_) {
@@ -56,14 +58,16 @@ std::u16string timerClockText(std::uint32_t elapsed) {
     return utf8ToUtf16(stringPrintf("%02ld:%02ld:%02ld", e / 3600, (e / 60) % 60, e % 60));
 }
 
-TimeEntry entryFromTimer(const EntryTimer& timer, const Settings& settings,
-                         const SYSTEMTIME& today) {
-    TimeEntry entry = prepareEntry(nullptr, settings, today);
+FormResult entryFromTimer(const EntryTimer& timer, const Settings& settings,
+                          const SYSTEMTIME& today, TimeEntry& entry) {
+    const std::optional<std::uint16_t> duration = durationFromSeconds(timer.elapsed, settings);
+    if (!duration) return {false, kDurationRangeMessage, FormField::kDuration};
+    entry = prepareEntry(nullptr, settings, today);
     setEntryDay(entry, timer.start);
     setStartTime(entry, timer.start);
-    entry.duration = durationFromSeconds(timer.elapsed, settings);
+    entry.duration = *duration;
     entry.notes = timer.note;
-    return entry;
+    return {};
 }
 
 }  // namespace qb

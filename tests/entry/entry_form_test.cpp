@@ -59,7 +59,8 @@ TEST(EntryForm, RefusalsInTheEditorsOrder) {
         {u"Acme", u"Design", u"1e2", u"60", FormField::kDuration, kNumericOnlyMessage},
         {u"Acme", u"Design", u"1.5", u"1e2", FormField::kRate, kNumericOnlyMessage},
         {u"Acme", u"Design", u"x", u"x", FormField::kDuration, kNumericOnlyMessage},
-        {u"Acme", u"Design", u"-1,5", u"+1,5", FormField::kNone, {}},
+        {u"Acme", u"Design", u"1,5", u"+1,5", FormField::kNone, {}},
+        {u"Acme", u"Design", u"-1,5", u"+1,5", FormField::kDuration, kDurationRangeMessage},
     };
     for (const Case& c : cases) {
         EntryForm f = validForm();
@@ -93,11 +94,14 @@ TEST(EntryForm, DurationAndRateTexts) {
         {u"1.25", u"60", 15, 125, 6000},
         {u"0.01", u"60", 15, 25, 6000},
         {u"1.5", u"12.999", 0, 150, 1299},  // a third decimal is cut
-        {u"1.5", u"0.29", 0, 150, 28},      // the editor's × 100
+        {u"1.5", u"0.29", 0, 150, 29},      // in decimal, not through a double
+        {u"2.30", u"1.16", 0, 230, 116},
+        {u"8.70", u"2.05", 0, 870, 205},
         {u"1.5", u"", 0, 150, 0},
         {u"1.5", u"1,5", 0, 150, 100},
-        {u"1.23456789", u"60", 0, 123, 6000},                  // the box holds "1.2345"
-        {u"1.5", u"12345678901234.5678", 0, 150, 0x7FFFFFFF},  // cut to 16, then saturated
+        {u"1.23456789", u"60", 0, 123, 6000},  // the box holds "1.2345"
+        {u"655.35", u"42949672.95", 0, 65535, 0xFFFFFFFF},
+        {u"1.5", u"42949672.959", 0, 150, 0xFFFFFFFF},
     };
     for (const Case& c : cases) {
         Settings s = defaultSettings();
@@ -252,9 +256,10 @@ TEST(EntryForm, ReopeningAnEntry) {
     const Case cases[] = {
         {150, 6000, kNormalRate, 150, 6000, kNormalRate},
         {25, 15000, kFixedRate, 25, 15000, kFixedRate},
-        // Two decimals read back through × 100 truncation lose a hundredth
-        // wherever the double falls just below.
-        {115, 29, kNormalRate, 114, 28, kNormalRate},
+        // Values whose two decimals fall just below as doubles.
+        {115, 29, kNormalRate, 115, 29, kNormalRate},
+        {870, 116, kNormalRate, 870, 116, kNormalRate},
+        {65535, 0xFFFFFFFF, kNormalRate, 65535, 0xFFFFFFFF, kNormalRate},
         // Without a matching client rate the custom node keeps only Fixed.
         {150, 6000, kOvertimeRate, 150, 6000, kNormalRate},
     };
@@ -274,6 +279,96 @@ TEST(EntryForm, ReopeningAnEntry) {
         EXPECT_EQ(a.entry.rate, c.rateAfter) << c.rate;
         EXPECT_EQ(a.entry.rateType, c.rateTypeAfter) << c.rateType;
     }
+}
+
+TEST(EntryForm, SavingAgainKeepsUntouchedNumbers) {
+    // Stored under other options (or by an older version): a duration that
+    // is no whole step of today's granularity, and a rate.
+    TimeEntry stored;
+    stored.client = u"Acme";
+    stored.task = u"Design";
+    stored.billable = true;
+    stored.duration = 17;
+    stored.rate = 4999;
+    Settings s = defaultSettings();
+    s.optionFlags |= kDurationGranularity;
+    s.minTime = 15;
+    EntryForm f = formFromEntry(stored);
+    Applied a = apply(f, s, stored);
+    ASSERT_TRUE(a.result.ok);
+    EXPECT_EQ(a.entry.duration, 17);
+    EXPECT_EQ(a.entry.rate, 4999u);
+    // Hours typed anew go through the rule.
+    f.duration = u"0.2";
+    EXPECT_EQ(apply(f, s, stored).entry.duration, 25);
+    // Only the box that changed is read.
+    f = formFromEntry(stored);
+    f.rate = u"50";
+    a = apply(f, s, stored);
+    EXPECT_EQ(a.entry.duration, 17);
+    EXPECT_EQ(a.entry.rate, 5000u);
+}
+
+TEST(EntryForm, NumbersOutOfRangeAreRefusedNamingTheField) {
+    struct Case {
+        std::u16string duration;
+        std::u16string rate;
+        FormField field;
+        std::u16string_view message;
+    };
+    const Case cases[] = {
+        {u"-1", u"60", FormField::kDuration, kDurationRangeMessage},
+        {u"-0.01", u"60", FormField::kDuration, kDurationRangeMessage},
+        {u"655.36", u"60", FormField::kDuration, kDurationRangeMessage},
+        {u"999999", u"60", FormField::kDuration, kDurationRangeMessage},
+        {u"1.5", u"-5", FormField::kRate, kRateRangeMessage},
+        {u"1.5", u"-0.01", FormField::kRate, kRateRangeMessage},
+        {u"1.5", u"42949672.96", FormField::kRate, kRateRangeMessage},
+        {u"1.5", u"12345678901234.5678", FormField::kRate, kRateRangeMessage},
+        // A letter is the first complaint, whatever the number.
+        {u"1e9", u"60", FormField::kDuration, kNumericOnlyMessage},
+        {u"1.5", u"1e99", FormField::kRate, kNumericOnlyMessage},
+    };
+    for (const Case& c : cases) {
+        EntryForm f = validForm();
+        f.duration = c.duration;
+        f.rate = c.rate;
+        TimeEntry before;
+        before.duration = 100;
+        before.rate = 2000;
+        const Applied a = apply(f, defaultSettings(), before);
+        const std::string what(c.duration.begin(), c.duration.end());
+        EXPECT_FALSE(a.result.ok) << what;
+        EXPECT_EQ(a.result.field, c.field) << what;
+        EXPECT_EQ(a.result.message, c.message) << what;
+        EXPECT_EQ(a.entry.rate, 2000u) << what;
+        if (c.field == FormField::kDuration) {
+            EXPECT_EQ(a.entry.duration, 100) << what;
+        }
+    }
+    EXPECT_EQ(kDurationRangeMessage, u"Duration must be between 0 and 655.35 hours.");
+    EXPECT_EQ(kRateRangeMessage, u"Rate must be between 0 and 42,949,672.95.");
+}
+
+TEST(EntryForm, SetTimesRefusesANegativeSpan) {
+    TimeEntry e;
+    e.duration = 150;
+    const SYSTEMTIME start = makeDate(2024, 5, 10, 10, 30);
+    // Same hour, earlier minute: not moved to the next day.
+    FormResult r = finishSetTimes(start, makeDate(2024, 5, 10, 10, 5), defaultSettings(), e);
+    EXPECT_FALSE(r.ok);
+    EXPECT_EQ(r.message, kDurationRangeMessage);
+    EXPECT_EQ(e.duration, 150);
+    EXPECT_FALSE(hasStartTime(e));
+
+    Settings s = defaultSettings();
+    s.optionFlags |= kDurationGranularity;
+    s.minTime = 10;
+    r = finishSetTimes(start, makeDate(2024, 5, 10, 11, 20), s, e);
+    ASSERT_TRUE(r.ok);
+    EXPECT_EQ(e.duration, 83);  // 50 minutes, five whole steps
+    EXPECT_EQ(dateOf(e).wHour, 10);
+    EXPECT_TRUE(hasStartTime(e));
 }
 
 TEST(EntryForm, SetTimesStartsFromTheTypedDuration) {

@@ -19,6 +19,7 @@
 #include <functional>
 #include <memory>
 
+#include "entry/duration_rule.h"
 #include "entry/entry_form.h"
 #include "entry/entry_timers.h"
 #include "entry/note_text.h"
@@ -119,6 +120,7 @@ class EntryTests : public QObject {
     void editorRefusesInTurnThenSavesWithMasterData();
     void editorListsAndBillingPageFollowTheClient();
     void setTimesProposesAndTakesTheSpan();
+    void reopenedEntryKeepsItsHoursAndRate();
     void timerRecordsPausesAndBecomesAnEntry();
     void timerResetAsksAndNotesFollowTheSelector();
     void summaryShowsTheListsRows();
@@ -331,6 +333,56 @@ void EntryTests::setTimesProposesAndTakesTheSpan() {
     QCOMPARE(int(st.wHour), 23);
     QCOMPARE(int(st.wMinute), 30);
     QCOMPARE(int(st.wDay), 9);
+}
+
+void EntryTests::reopenedEntryKeepsItsHoursAndRate() {
+    auto state = makeState();
+    QVERIFY(state);
+    Messages messages;
+    // Stored before granularity was turned on, at a rate no node offers and
+    // that a double would read back one lower.
+    TimeEntry stored = prepareEntry(nullptr, state->settings(), makeDate(2026, 3, 9));
+    stored.client = u"Acme";
+    stored.task = u"Design";
+    stored.duration = 17;
+    stored.billable = true;
+    stored.rate = 29;
+    QVERIFY(saveEntry(state->entries(), stored));
+    state->settings().optionFlags |= kDurationGranularity;
+    state->settings().minTime = 15;
+
+    EntryEditor editor(*state, prepareEntry(&stored, state->settings(), localNow()));
+    QCOMPARE(child<QComboBox>(editor, "duration")->currentText(), QStringLiteral("0.17"));
+    auto* pages = child<QTabWidget>(editor, "pages");
+    pages->setCurrentIndex(1);
+    QCOMPARE(child<QLineEdit>(editor, "rate")->text(), QStringLiteral("0.29"));
+    pages->setCurrentIndex(0);
+    pressOk(editor);
+    QVERIFY(editor.saved());
+    QVERIFY(messages.shown.empty());
+    TimeEntry saved = storedEntry(*state, stored.recordOid);
+    QCOMPARE(saved.duration, std::uint16_t(17));
+    QCOMPARE(saved.rate, 29u);
+
+    // Hours beyond the field are refused, naming the field and its range;
+    // so is a negative span from Set....
+    EntryEditor again(*state, prepareEntry(&saved, state->settings(), localNow()));
+    type(again, "duration", QStringLiteral("700"));
+    pressOk(again);
+    QVERIFY(!again.saved());
+    QVERIFY(focusIn(again, "duration"));
+    type(again, "duration", QStringLiteral("1"));
+    child<QCheckBox>(again, "hasStart")->setChecked(true);
+    child<QTimeEdit>(again, "start")->setTime(QTime(10, 30));
+    whenModal<SetTimesDialog>([&](SetTimesDialog* d) {
+        d->findChild<QTimeEdit*>(QStringLiteral("endTime"))->setTime(QTime(10, 5));
+        pressOk(*d);
+    });
+    click(again, "setTimes");
+    const QString range = QString::fromStdU16String(std::u16string(kDurationRangeMessage));
+    QCOMPARE(messages.texts(), (QStringList{range, range}));
+    QCOMPARE(child<QComboBox>(again, "duration")->currentText(), QStringLiteral("1"));
+    QCOMPARE(storedEntry(*state, stored.recordOid).duration, std::uint16_t(17));
 }
 
 void EntryTests::timerRecordsPausesAndBecomesAnEntry() {

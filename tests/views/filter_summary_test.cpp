@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "app/settings.h"
+#include "entry/duration_rule.h"
 #include "entry/entry_timers.h"
 #include "platform/calendar.h"
 #include "platform/platform.h"
@@ -87,7 +88,7 @@ TEST(EntryFilterTest, TheViewFilterKeepsAllButItsCustomCriteria) {
 }
 
 class QuickSummaryTest : public ::testing::Test {
-protected:
+  protected:
     std::unique_ptr<Platform> platform = Platform::inMemory();
     EntryTable table{*platform};
     Settings settings = defaultSettings();
@@ -108,9 +109,9 @@ protected:
 
     std::vector<std::string> rows(ViewKind kind = kWeekView) {
         std::vector<std::string> out;
-        for (const SummaryRow& r : quickSummary(table, ids, kind, makeDate(2026, 11, 15),
-                                                makeDate(2026, 11, 21, 23, 59, 59), settings,
-                                                LocaleInfo{})) {
+        for (const SummaryRow& r :
+             quickSummary(table, ids, kind, makeDate(2026, 11, 15),
+                          makeDate(2026, 11, 21, 23, 59, 59), settings, LocaleInfo{})) {
             out.push_back(utf16ToUtf8(r[0]) + "|" + utf16ToUtf8(r[1]) + "|" + utf16ToUtf8(r[2]));
         }
         return out;
@@ -184,7 +185,12 @@ TEST(EntryTimersTest, ACompletedTimerBecomesANewEntry) {
     timer.start = makeDate(2026, 11, 20, 14, 35, 12);
     timer.elapsed = 20 * 60;
     timer.note = {'h', 0, 'i', 0};
-    TimeEntry e = entryFromTimer(timer, settings, makeDate(2026, 11, 21));
+    const auto made = [&] {
+        TimeEntry e;
+        EXPECT_TRUE(entryFromTimer(timer, settings, makeDate(2026, 11, 21), e).ok);
+        return e;
+    };
+    TimeEntry e = made();
     FILETIME expected = 0;
     systemTimeToFileTime(makeDate(2026, 11, 20, 14, 35, 1), &expected);
     EXPECT_EQ(e.date, expected);
@@ -192,9 +198,27 @@ TEST(EntryTimersTest, ACompletedTimerBecomesANewEntry) {
     EXPECT_EQ(e.currency, u"USD");
     EXPECT_EQ(e.notes, timer.note);
     settings.optionFlags |= kDurationGranularity;
-    EXPECT_EQ(entryFromTimer(timer, settings, makeDate(2026, 11, 21)).duration, 50);
+    EXPECT_EQ(made().duration, 50);
+    // 50 minutes are five whole 10-minute steps: not rounded up.
+    settings.minTime = 10;
+    timer.elapsed = 50 * 60;
+    EXPECT_EQ(made().duration, 83);
     timer.elapsed = 0;
-    EXPECT_EQ(entryFromTimer(timer, settings, makeDate(2026, 11, 21)).duration, 0);
+    EXPECT_EQ(made().duration, 0);
+}
+
+TEST(EntryTimersTest, TimeBeyondTheLongestDurationIsRefusedAndKept) {
+    EntryTimer timer;
+    timer.start = makeDate(2026, 11, 20, 14, 35, 12);
+    timer.elapsed = 700 * 3600;
+    TimeEntry e;
+    e.client = u"untouched";
+    const FormResult r = entryFromTimer(timer, defaultSettings(), makeDate(2026, 11, 21), e);
+    EXPECT_FALSE(r.ok);
+    EXPECT_EQ(r.message, kDurationRangeMessage);
+    EXPECT_EQ(r.field, FormField::kDuration);
+    EXPECT_EQ(e.client, u"untouched");
+    EXPECT_EQ(timer.elapsed, 700u * 3600);
 }
 
 }  // namespace

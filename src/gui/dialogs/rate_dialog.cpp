@@ -38,6 +38,7 @@ RateDialog::RateDialog(const RateRecord* initial, QWidget* parent)
         type_->setCurrentIndex(initial->rateType < kRateTypeCount ? initial->rateType : 0);
         descriptionBox_->setText(toQt(initial->description));
         rateBox_->setText(toQt(rateText(initial->rate)));
+        storedRate_ = initial->rate;
     }
 
     auto* form = new QFormLayout;
@@ -55,7 +56,7 @@ RateDialog::RateDialog(const RateRecord* initial, QWidget* parent)
 
 void RateDialog::accept() {
     const std::u16string description = fromQt(descriptionBox_->text());
-    const RateCheck check = checkRateDialog(description, fromQt(rateBox_->text()));
+    const RateCheck check = checkRateDialog(description, fromQt(rateBox_->text()), storedRate_);
     if (!check.ok) {
         warn(this, toQt(std::u16string(check.message)));
         QLineEdit* box = check.field == RateField::kDescription ? descriptionBox_ : rateBox_;

@@ -5,6 +5,7 @@
 
 #include <QDialog>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 class QComboBox;
@@ -24,7 +25,8 @@ class RateDialog : public QDialog {
     // Valid after OK.
     std::uint16_t rateType() const { return rateType_; }
     const std::u16string& description() const { return description_; }
-    std::uint32_t rate() const { return rate_; }  // hundredths, truncated
+    // The hundredths the rate table stores; an untouched box keeps the rate.
+    std::uint32_t rate() const { return rate_; }
 
     void accept() override;
 
@@ -35,6 +37,7 @@ class RateDialog : public QDialog {
     std::uint16_t rateType_ = 0;
     std::u16string description_;
     std::uint32_t rate_ = 0;
+    std::optional<std::uint32_t> storedRate_;  // of the rate being modified
 };
 
 }  // namespace qb

@@ -105,9 +105,9 @@ void RateSetupWindow::newRate() {
     if (!group) return;
     RateDialog dialog(nullptr, this);
     if (dialog.exec() != QDialog::Accepted) return;
-    // The table takes currency units, as from every other caller.
-    const CEOID oid = addRate(state_.masters().rates, dialog.rateType(), dialog.rate() * 0.01,
-                              clientOf(group), dialog.description(), false);
+    const CEOID oid = addRateRecord(
+        state_.masters().rates,
+        {0, clientOf(group), dialog.description(), dialog.rateType(), dialog.rate(), false});
     refillGroup(group, oid);
 }
 
@@ -118,10 +118,10 @@ void RateSetupWindow::modifyRate() {
     if (oid == 0 || !rates.seekOid(oid) || !readRate(rates, &record)) return;
     RateDialog dialog(&record, this);
     if (dialog.exec() != QDialog::Accepted) return;
-    if (rates.seekOid(oid)) {
-        updateRate(rates, dialog.rateType(), dialog.rate() * 0.01, record.clientId,
-                   dialog.description(), record.flag);
-    }
+    record.rateType = dialog.rateType();
+    record.description = dialog.description();
+    record.rate = dialog.rate();
+    if (rates.seekOid(oid)) updateRateRecord(rates, record);
     refillGroup(tree_->currentItem()->parent(), oid);
 }
 

@@ -461,8 +461,14 @@ void EntryEditor::rateNodeChosen() {
 }
 
 void EntryEditor::calculate() {
-    p_->total->setText(toQt(calculateTotal(entry_, textOf(p_->currency), fromQt(p_->rate->text()),
-                                           p_->fixed->isChecked(), state_.settings())));
+    const std::optional<std::u16string> total =
+        calculateTotal(entry_, textOf(p_->currency), fromQt(p_->rate->text()),
+                       p_->fixed->isChecked(), state_.settings());
+    if (!total) {
+        refuse({false, kRateRangeMessage, FormField::kRate});
+        return;
+    }
+    p_->total->setText(toQt(*total));
 }
 
 void EntryEditor::setTimes() {
@@ -475,9 +481,12 @@ void EntryEditor::setTimes() {
     if (hasStartTime(entry_)) fileTimeToSystemTime(entry_.date, &start);
     SetTimesDialog dialog(start, endOffsetMinutes(entry_.duration), state_.locale(), this);
     if (dialog.exec() != QDialog::Accepted) return;
-    setStartTime(entry_, dialog.start());
-    entry_.duration =
-        durationFromMinutes(spanMinutes(dialog.start(), dialog.end()), state_.settings());
+    if (const FormResult set =
+            finishSetTimes(dialog.start(), dialog.end(), state_.settings(), entry_);
+        !set.ok) {
+        refuse(set);
+        return;
+    }
     p_->hasStart->setChecked(true);
     p_->start->setTime(QTime(dialog.start().wHour, dialog.start().wMinute));
     p_->duration->setEditText(toQt(durationText(entry_.duration)));

@@ -12,6 +12,7 @@
 #include "gui/entry_list_widget.h"
 #include "gui/icons.h"
 #include "gui/main_window.h"
+#include "gui/message_box.h"
 #include "platform/calendar.h"
 #include "store/tables.h"
 #include "store/time_entry.h"
@@ -53,7 +54,16 @@ void EntryWork::openTimers() {
 }
 
 void EntryWork::recordTimer(int index) {
-    const TimeEntry entry = entryFromTimer(timers_.timer(index), state_.settings(), localNow());
+    TimeEntry entry;
+    const FormResult made =
+        entryFromTimer(timers_.timer(index), state_.settings(), localNow(), entry);
+    if (!made.ok) {
+        // Nothing of the time is lost: the timer waits, paused, for the user.
+        warn(&window_, toQt(std::u16string(made.message)));
+        timers_.pause(index);
+        updateTimersButton();
+        return;
+    }
     if (EntryEditor::edit(state_, entry, &window_)) window_.refresh();
     timers_.reset(index);
     updateTimersButton();
