@@ -22,6 +22,7 @@
 #include "gui/dialogs/rate_setup_window.h"
 #include "gui/entry/entry_work.h"
 #include "gui/entry_list_widget.h"
+#include "gui/file_notice.h"
 #include "gui/filter_strip.h"
 #include "gui/help.h"
 #include "gui/icons.h"
@@ -32,6 +33,7 @@
 #include "gui/tools/tools.h"
 #include "gui/totals_bar.h"
 #include "gui/undo_commands.h"
+#include "gui/window_memory.h"
 #include "store/time_entry.h"
 #include "views/calendar_helpers.h"
 #include "views/period_rows.h"
@@ -55,8 +57,10 @@ MainWindow::MainWindow(AppState& state, QWidget* parent) : QMainWindow(parent), 
     header_ = new PeriodHeader(central);
     list_ = new EntryListWidget(state_, central);
     filterStrip_ = new FilterStrip(central);
+    fileNotice_ = new FileNotice(central);
     totals_ = new TotalsBar(central);
     column->addWidget(header_);
+    column->addWidget(fileNotice_);
     column->addWidget(filterStrip_);
     column->addWidget(list_, 1);
     column->addWidget(totals_);
@@ -104,10 +108,17 @@ MainWindow::MainWindow(AppState& state, QWidget* parent) : QMainWindow(parent), 
     undo_ = installUndo(*this, state_);
     undo_->updateActions();
     updateMenuStates();
-    resize(960, 680);
+    restoreWindow(*this, state_.registry());
+    useRegistryForFolders(&state_.registry());
 }
 
-MainWindow::~MainWindow() = default;
+MainWindow::~MainWindow() {
+    useRegistryForFolders(nullptr);
+}
+
+void MainWindow::announceFile(const QString& what, const QString& path) {
+    fileNotice_->announce(what, path);
+}
 
 QAction* MainWindow::addCommand(QMenu* menu, int id, const QString& text, bool checkable) {
     auto* a = new QAction(text, this);
@@ -540,6 +551,7 @@ void MainWindow::pollForChanges() {
 
 void MainWindow::closeEvent(QCloseEvent* event) {
     state_.saveSettings();
+    saveWindow(*this, state_.registry());
     event->accept();
 }
 

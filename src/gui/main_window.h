@@ -17,6 +17,7 @@ namespace qb {
 
 class AppState;
 class EntryListWidget;
+class FileNotice;
 class FilterStrip;
 class PeriodHeader;
 class TotalsBar;
@@ -51,6 +52,10 @@ class MainWindow : public QMainWindow {
     // Refreshes when another process (the command line) changed the store;
     // a timer calls it every second.
     void pollForChanges();
+    // Says where a saved export, report, backup or archive went, with
+    // "Open" and "Open Folder".
+    void announceFile(const QString& what, const QString& path);
+    FileNotice& fileNotice() { return *fileNotice_; }
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -83,6 +88,7 @@ class MainWindow : public QMainWindow {
     EntryListWidget* list_;
     TotalsBar* totals_;
     FilterStrip* filterStrip_;
+    FileNotice* fileNotice_;
     UndoCommands* undo_ = nullptr;
     std::map<int, QAction*> actions_;
     std::map<int, std::function<void()>> handlers_;

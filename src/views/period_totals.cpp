@@ -1,5 +1,7 @@
 #include "views/period_totals.h"
 
+#include <algorithm>
+
 #include "app/settings.h"
 #include "entry/entry_amount.h"
 #include "entry/rate_rules.h"
@@ -48,6 +50,12 @@ PeriodTotals periodTotals(const std::vector<TimeEntry>& rows, const Settings& se
         slot->total += amount;
         if (!e.paid) slot->unpaid += amount;
     }
+    // One order whatever the list is arranged by: no currency first, then
+    // by name.
+    std::stable_sort(t.amounts.begin(), t.amounts.end(),
+                     [](const CurrencyAmount& a, const CurrencyAmount& b) {
+                         return compareStringW(a.currency, b.currency, true) < 0;
+                     });
     return t;
 }
 

@@ -28,7 +28,7 @@ struct PeriodTotals {
     // Hundredths of an hour, summed as stored so no rounding creeps in.
     std::uint64_t hours = 0;
     std::uint64_t billableHours = 0;
-    // In the order each currency first appears in the rows.
+    // No currency first, then by name ignoring case.
     std::vector<CurrencyAmount> amounts;
 };
 

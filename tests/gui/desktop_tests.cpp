@@ -5,15 +5,19 @@
 #include <QListWidget>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTreeWidget>
 #include <map>
 
 #include "gui/app_state.h"
 #include "gui/commands.h"
+#include "gui/dialogs/criteria_sheet.h"
 #include "gui/entry_list_widget.h"
+#include "gui/file_notice.h"
 #include "gui/filter_strip.h"
 #include "gui/main_window.h"
+#include "gui/reports/report_commands.h"
 #include "gui/totals_bar.h"
 #include "gui/undo_commands.h"
 #include "gui_test_registry.h"
@@ -138,18 +142,18 @@ class DesktopTests : public QObject {
                 QCOMPARE(bar.value(QStringLiteral("Hours")), QString::fromStdString(c[1]));
         }
         QCOMPARE(bar.value(QStringLiteral("Amount")),
-                 QString::asprintf("USD %.2f \u00b7 EUR %.2f", byCurrency["USD"].second,
-                                   byCurrency["EUR"].second));
+                 QString::asprintf("EUR %.2f \u00b7 USD %.2f", byCurrency["EUR"].second,
+                                   byCurrency["USD"].second));
         QCOMPARE(bar.value(QStringLiteral("Unpaid")),
-                 QString::asprintf("USD %.2f \u00b7 EUR %.2f", byCurrency["USD"].first,
-                                   byCurrency["EUR"].first));
+                 QString::asprintf("EUR %.2f \u00b7 USD %.2f", byCurrency["EUR"].first,
+                                   byCurrency["USD"].first));
 
         addByCli(dir.path(), "2026-11-07", "Acme", "1", "USD", true);
         w.pollForChanges();
         QCOMPARE(bar.value(QStringLiteral("Entries")), QString::number(list.size()));
         QCOMPARE(bar.value(QStringLiteral("Amount")),
-                 QString::asprintf("USD %.2f \u00b7 EUR %.2f", byCurrency["USD"].second + 75.5,
-                                   byCurrency["EUR"].second));
+                 QString::asprintf("EUR %.2f \u00b7 USD %.2f", byCurrency["EUR"].second,
+                                   byCurrency["USD"].second + 75.5));
     }
 
     void filterStripSaysWhatIsHidden() {
@@ -290,6 +294,59 @@ class DesktopTests : public QObject {
         clickColumn(0);
         QCOMPARE(state->settings().sort, std::uint16_t(0));
         QCOMPARE(table->topLevelItem(0)->text(1), QStringLiteral("Bolt"));
+    }
+
+    // A month's export suggests its name, names its purpose in the criteria
+    // sheet's title, and says where the file went.
+    void exportsSayWhereTheFileWent() {
+        auto state = twoClientState();
+        addEntryOn(*state, 17, u"Acme", true);
+        MainWindow w(*state);
+        w.runCommand(kCmdMonth);
+        QTemporaryDir dir;
+        SaveFileRequest asked;
+        setSaveFileChooser([&](QWidget*, const SaveFileRequest& r) {
+            asked = r;
+            return dir.filePath(r.suggestedName);
+        });
+        QString title;
+        whenModal<CriteriaSheet>([&title](CriteriaSheet* sheet) {
+            title = sheet->windowTitle();
+            pressOk(*sheet);
+        });
+        QCOMPARE(w.fileNotice().text(), QString());
+        w.runCommand(kCmdExportCsv);
+        setSaveFileChooser(nullptr);
+        QCOMPARE(title, QStringLiteral("Export CSV - Quillarbor"));
+        QCOMPARE(asked.suggestedName, QStringLiteral("quillarbor-2026-11.csv"));
+        const QString file = dir.filePath(QStringLiteral("quillarbor-2026-11.csv"));
+        QVERIFY(QFileInfo::exists(file));
+        QVERIFY(w.fileNotice().text().contains(QDir::toNativeSeparators(file)));
+        QVERIFY(w.fileNotice().text().startsWith(QStringLiteral("CSV export saved to")));
+        std::vector<QUrl> opened;
+        setUrlOpener([&opened](const QUrl& u) { opened.push_back(u); });
+        QTest::mouseClick(w.fileNotice().openButton(), Qt::LeftButton);
+        QTest::mouseClick(w.fileNotice().openFolderButton(), Qt::LeftButton);
+        setUrlOpener(nullptr);
+        QCOMPARE(opened.size(), std::size_t(2));
+        QCOMPARE(opened[0], QUrl::fromLocalFile(file));
+        QCOMPARE(opened[1], QUrl::fromLocalFile(QFileInfo(file).absolutePath()));
+        // The next save dialog starts in that folder.
+        QCOMPARE(suggestedSavePath(QStringLiteral("x.csv")),
+                 QFileInfo(file).absolutePath() + QStringLiteral("/x.csv"));
+    }
+
+    void windowRemembersItsSize() {
+        auto state = twoClientState();
+        {
+            MainWindow w(*state);
+            w.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&w));
+            w.resize(700, 500);
+            w.close();
+        }
+        MainWindow again(*state);
+        QCOMPARE(again.size(), QSize(700, 500));
     }
 
     void defaultStyleHasNoHorizontalScrolling() {

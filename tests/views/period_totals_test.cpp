@@ -39,19 +39,20 @@ TEST(PeriodTotalsTest, CurrenciesAreKeptApartAndNonBillableWorkHasNoAmount) {
     EXPECT_EQ(t.hours, 309u);
     EXPECT_EQ(t.billableHours, 209u);
     ASSERT_EQ(t.amounts.size(), 3u);
-    EXPECT_EQ(t.amounts[0].currency, u"USD");
-    EXPECT_DOUBLE_EQ(t.amounts[0].total, EntryAmount(rows[0], s) + EntryAmount(rows[3], s));
-    EXPECT_DOUBLE_EQ(t.amounts[0].unpaid, t.amounts[0].total);
+    EXPECT_EQ(t.amounts[0].currency, u"");
     EXPECT_EQ(t.amounts[1].currency, u"EUR");
     EXPECT_DOUBLE_EQ(t.amounts[1].unpaid, 0);
+    EXPECT_EQ(t.amounts[2].currency, u"USD");
+    EXPECT_DOUBLE_EQ(t.amounts[2].total, EntryAmount(rows[0], s) + EntryAmount(rows[3], s));
+    EXPECT_DOUBLE_EQ(t.amounts[2].unpaid, t.amounts[2].total);
 
     std::vector<TotalsField> f = totalsFields(t);
     ASSERT_EQ(f.size(), 5u);
     EXPECT_EQ(f[0].value, u"5");
     EXPECT_EQ(f[1].value, u"3.09");
     EXPECT_EQ(f[2].value, u"2.09");
-    EXPECT_EQ(f[3].value, u"USD 650.00 \u00b7 EUR 0.00 \u00b7 0.00");
-    EXPECT_EQ(f[4].value, u"USD 650.00 \u00b7 EUR 20.00 \u00b7 0.01");
+    EXPECT_EQ(f[3].value, u"0.00 \u00b7 EUR 0.00 \u00b7 USD 650.00");
+    EXPECT_EQ(f[4].value, u"0.01 \u00b7 EUR 20.00 \u00b7 USD 650.00");
 }
 
 TEST(PeriodTotalsTest, AnEmptyPeriodShowsZeros) {

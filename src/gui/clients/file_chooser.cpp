@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "gui/file_notice.h"
+
 namespace qb {
 namespace {
 
@@ -22,8 +24,14 @@ bool chooseFile(QWidget* parent, const FileRequest& request, FileChoice* choice)
     dialog.setFileMode(request.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     dialog.setNameFilters(request.filters);
     dialog.setDefaultSuffix(request.defaultSuffix);
+    if (request.save) {
+        dialog.selectFile(suggestedSavePath(request.suggestedName));
+    } else {
+        dialog.setDirectory(suggestedSavePath(QString()));
+    }
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return false;
     choice->path = dialog.selectedFiles().constFirst();
+    rememberSaveFolder(choice->path);
     choice->filter =
         std::max(0, static_cast<int>(request.filters.indexOf(dialog.selectedNameFilter())));
     return true;

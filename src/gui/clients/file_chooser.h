@@ -17,6 +17,9 @@ struct FileRequest {
     QString title;
     QStringList filters;  // "List File (*.txt)", in the order shown
     QString defaultSuffix;
+    // The name a save dialog suggests; the dialog opens in the folder of
+    // the last file saved.
+    QString suggestedName = {};
 };
 
 struct FileChoice {

@@ -67,6 +67,11 @@ CriteriaSheet::CriteriaSheet(AppState& state, const EntryFilter& preset, QWidget
     layout->addWidget(buttons);
 }
 
+void CriteriaSheet::setPurpose(const QString& purpose) {
+    setWindowTitle(purpose.isEmpty() ? QStringLiteral("Quillarbor")
+                                     : purpose + QStringLiteral(" - Quillarbor"));
+}
+
 QWidget* CriteriaSheet::makeCriteriaPage(AppState& state, const EntryFilter& preset) {
     auto* page = new QWidget(this);
     const FilterChoices items = filterChoices(state.masters(), state.platform());

@@ -23,6 +23,9 @@ class CriteriaSheet : public QDialog {
     // today); a preset text that no list holds is offered as a choice of its
     // own so that it is kept.
     CriteriaSheet(AppState& state, const EntryFilter& preset, QWidget* parent = nullptr);
+    // Names the command the criteria are for in the title ("Export CSV -
+    // Quillarbor"); empty keeps the plain title.
+    void setPurpose(const QString& purpose);
 
     // The criteria the pages hold: both dates, each combo box that is not at
     // "(All)", the three check boxes.

@@ -11,11 +11,13 @@
 #include "gui/app_state.h"
 #include "gui/commands.h"
 #include "gui/dialogs/criteria_sheet.h"
+#include "gui/file_notice.h"
 #include "gui/main_window.h"
 #include "gui/message_box.h"
 #include "gui/reports/report_designer.h"
 #include "platform/calendar.h"
 #include "report/report_generator.h"
+#include "views/file_names.h"
 
 namespace qb {
 namespace {
@@ -61,8 +63,10 @@ QString chooseSaveFile(QWidget* parent, const SaveFileRequest& request) {
         dialog.setAcceptMode(QFileDialog::AcceptSave);
         dialog.setFileMode(QFileDialog::AnyFile);
         dialog.setDefaultSuffix(request.defaultSuffix);
+        dialog.selectFile(suggestedSavePath(request.suggestedName));
         if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
         name = dialog.selectedFiles().constFirst();
+        rememberSaveFolder(name);
     }
     // A name typed without an extension gets the format's own, also where
     // the platform's dialog ignores the default suffix.
@@ -79,10 +83,11 @@ void setReportOpener(ReportOpener opener) {
 ReportCommands::ReportCommands(MainWindow& window, AppState& state)
     : QObject(&window), window_(window), state_(state) {}
 
-bool ReportCommands::askCriteria(QWidget* parent, EntryFilter* criteria) {
+bool ReportCommands::askCriteria(QWidget* parent, EntryFilter* criteria, const QString& purpose) {
     EntryFilter preset;
     window_.periodView().getPeriod(&preset.start, &preset.end);
     CriteriaSheet sheet(state_, preset, parent);
+    sheet.setPurpose(purpose);
     if (sheet.exec() != QDialog::Accepted) return false;
     *criteria = sheet.criteria();
     return true;
@@ -98,11 +103,12 @@ void ReportCommands::exportXml() {
 
 void ReportCommands::exportTo(Format format) {
     EntryFilter criteria;
-    if (!askCriteria(&window_, &criteria)) return;
-    const SaveFileRequest request =
-        format == Format::kCsv
-            ? SaveFileRequest{QStringLiteral("CSV Files (*.csv)"), QStringLiteral("csv")}
-            : SaveFileRequest{QStringLiteral("XML Files (*.xml)"), QStringLiteral("xml")};
+    const bool csv = format == Format::kCsv;
+    if (!askCriteria(&window_, &criteria, csv ? tr("Export CSV") : tr("Export XML"))) return;
+    const QString suffix = csv ? QStringLiteral("csv") : QStringLiteral("xml");
+    const SaveFileRequest request{
+        csv ? QStringLiteral("CSV Files (*.csv)") : QStringLiteral("XML Files (*.xml)"), suffix,
+        toQt(suggestedFileName(u"", criteria, fromQt(suffix)))};
     const QString file = chooseSaveFile(&window_, request);
     if (file.isEmpty()) return;
     window_.repaint();
@@ -114,7 +120,11 @@ void ReportCommands::exportTo(Format format) {
                  ? ExportCsv(state_.entries(), localFileName(file), criteria, env)
                  : ExportXml(state_.entries(), localFileName(file), criteria, env);
     }
-    if (!ok) fail(&window_, kExportFailed);
+    if (!ok) {
+        fail(&window_, kExportFailed);
+        return;
+    }
+    window_.announceFile(csv ? tr("CSV export") : tr("XML export"), file);
 }
 
 void ReportCommands::report() {
@@ -123,9 +133,10 @@ void ReportCommands::report() {
 
 void ReportCommands::report(const ReportLayout& layout, QWidget* parent) {
     EntryFilter criteria;
-    if (!askCriteria(parent, &criteria)) return;
+    if (!askCriteria(parent, &criteria, tr("Report"))) return;
     const QString file =
-        chooseSaveFile(parent, {QStringLiteral("HTML Files (*.html)"), QStringLiteral("html")});
+        chooseSaveFile(parent, {QStringLiteral("HTML Files (*.html)"), QStringLiteral("html"),
+                                toQt(suggestedFileName(u"report", criteria, u"html"))});
     if (file.isEmpty()) return;
     window_.repaint();
     bool ok = false;
@@ -140,6 +151,7 @@ void ReportCommands::report(const ReportLayout& layout, QWidget* parent) {
         fail(parent, toQt(std::u16string(kReportFailed)));
         return;
     }
+    window_.announceFile(tr("Report"), file);
     const QUrl url = QUrl::fromLocalFile(QFileInfo(file).absoluteFilePath());
     if (openerHook()) {
         openerHook()(url);

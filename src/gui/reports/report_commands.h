@@ -25,6 +25,7 @@ class ReportDesigner;
 struct SaveFileRequest {
     QString filter;
     QString defaultSuffix;
+    QString suggestedName = {};  // from the criteria, e.g. "quillarbor-2026-11.csv"
 };
 
 // Answers the chosen file name, empty for Cancel. Tests answer it here
@@ -56,7 +57,7 @@ class ReportCommands : public QObject {
     enum class Format { kCsv, kXml };
     void exportTo(Format format);
     // The criteria sheet preset with the view's period; false on Cancel.
-    bool askCriteria(QWidget* parent, EntryFilter* criteria);
+    bool askCriteria(QWidget* parent, EntryFilter* criteria, const QString& purpose);
 
     MainWindow& window_;
     AppState& state_;

@@ -21,10 +21,12 @@
 #include "gui/tools/progress_dialog.h"
 #include "gui/tools/replace_dialog.h"
 #include "gui/tools/tool_support.h"
+#include "platform/calendar.h"
 #include "platform/data_file.h"
 #include "platform/text.h"
 #include "store/tables.h"
 #include "store/time_entry.h"
+#include "views/file_names.h"
 
 namespace qb {
 namespace {
@@ -36,8 +38,28 @@ constexpr std::u16string_view kNoteFilter =
 constexpr NoteFormat kNoteFormats[] = {NoteFormat::kRtf, NoteFormat::kText, NoteFormat::kUnicode};
 constexpr const char* kNoteExtensions[] = {"rtf", "txt", "txt"};
 
-FileRequest fileRequest(bool save, std::u16string_view filter, std::u16string_view extension) {
-    return {save, QString(), nameFilters(filter), qtText(extension)};
+FileRequest fileRequest(bool save, std::u16string_view filter, std::u16string_view extension,
+                        const std::u16string& suggested = {}) {
+    return {save, QString(), nameFilters(filter), qtText(extension), toQt(suggested)};
+}
+
+// Backups are named by the day they are made.
+std::u16string backupName() {
+    EntryFilter today;
+    today.start = today.end = localNow();
+    return suggestedFileName(u"backup", today, kBackupExtension);
+}
+
+// Archives by the range they hold; an archive of clients by the day.
+std::u16string archiveName(const ArchiveDialog& dialog) {
+    EntryFilter range;
+    if (dialog.type() == ArchiveType::kDateRange) {
+        fileTimeToSystemTime(dialog.rangeStart(), &range.start);
+        fileTimeToSystemTime(dialog.rangeEnd(), &range.end);
+    } else {
+        range.start = range.end = localNow();
+    }
+    return suggestedFileName(u"archive", range, kArchiveExtension);
 }
 
 void tell(QWidget* parent, const FeatureMessage& message) {
@@ -55,7 +77,8 @@ Tools::Tools(MainWindow& window, AppState& state)
 
 void Tools::createBackup() {
     FileChoice file;
-    if (!chooseFile(&window_, fileRequest(true, kBackupFilterText, kBackupExtension), &file)) {
+    if (!chooseFile(&window_, fileRequest(true, kBackupFilterText, kBackupExtension, backupName()),
+                    &file)) {
         return;
     }
     ProgressDialog dialog(kBackupProgressText, true, &window_);
@@ -64,7 +87,11 @@ void Tools::createBackup() {
                    ? 1
                    : 0;
     });
-    if (!ok) fail(&window_, qtText(kBackupFailedText));
+    if (!ok) {
+        fail(&window_, qtText(kBackupFailedText));
+        return;
+    }
+    window_.announceFile(tr("Backup"), file.path);
 }
 
 void Tools::restoreBackup() {
@@ -87,7 +114,9 @@ void Tools::createArchive() {
     ArchiveDialog dialog(state_, start, end, &window_);
     if (dialog.exec() != QDialog::Accepted) return;
     FileChoice file;
-    if (!chooseFile(&window_, fileRequest(true, kArchiveFilterText, kArchiveExtension), &file)) {
+    if (!chooseFile(&window_,
+                    fileRequest(true, kArchiveFilterText, kArchiveExtension, archiveName(dialog)),
+                    &file)) {
         return;
     }
     bool ok = false;
@@ -98,7 +127,11 @@ void Tools::createArchive() {
                                dialog.deleteWhenArchived(), localPath(file.path));
         window_.refresh();
     }
-    if (!ok) fail(&window_, qtText(kArchiveFailedText));
+    if (!ok) {
+        fail(&window_, qtText(kArchiveFailedText));
+        return;
+    }
+    window_.announceFile(tr("Archive"), file.path);
 }
 
 void Tools::loadArchive() {
@@ -120,6 +153,7 @@ void Tools::markPaidEntries() {
     EntryFilter preset;
     window_.periodView().getPeriod(&preset.start, &preset.end);
     CriteriaSheet sheet(state_, preset, &window_);
+    sheet.setPurpose(tr("Mark Paid Entries"));
     if (sheet.exec() != QDialog::Accepted) return;
     const EntryFilter criteria = sheet.criteria();
     DataFile& file = state_.platform().file();
