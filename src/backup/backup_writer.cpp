@@ -13,10 +13,6 @@
 namespace qb {
 namespace {
 
-// Adds per transaction during a restore: commits are what a restore's time
-// goes to when each add commits by itself.
-constexpr long kAddsPerBatch = 2000;
-
 long countRecords(PropertyTable& table) {
     long n = 0;
     for (bool found = table.seekFirst(); found; found = table.seekNext()) ++n;
@@ -170,22 +166,13 @@ bool BackupWriter::openStream(CompoundStorage& storage, std::u16string_view name
     return s.isOk() || fail(within(name, s));
 }
 
-bool BackupWriter::addedWithinBatch() {
-    DataFile& file = entries_.platform().file();
-    if (++batched_ % kAddsPerBatch == 0 && file.inBatch()) {
-        if (!file.commitBatch()) return fail(Status::ioError("cannot store the restored records"));
-        file.beginBatch();
-    }
-    return true;
-}
-
 bool BackupWriter::restoreEntry(CompoundStream& record) {
     TimeEntry entry;
     FieldReader reader(record);
     Status s = decodeEntry(reader, &entry);
     if (!s.isOk()) return fail(s);
     if (!addEntry(entries_, entry)) return fail(Status::ioError("cannot add a time entry"));
-    return addedWithinBatch();
+    return true;
 }
 
 bool BackupWriter::restoreClient(CompoundStorage& client) {
@@ -207,7 +194,7 @@ bool BackupWriter::restoreClient(CompoundStorage& client) {
     const CEPROPVAL owner = CEPROPVAL::ui4(kPropClientId, rememberedClient_);
     auto added = [this](PropertyTable& table, const std::vector<CEPROPVAL>& values) {
         if (!table.add(values)) return fail(Status::ioError("cannot add a client's list item"));
-        return addedWithinBatch();
+        return true;
     };
 
     std::vector<ProjectRecord> projects;
@@ -276,7 +263,6 @@ bool BackupWriter::acceptKind(std::uint32_t) const {
 int BackupWriter::restoreFile(const std::string& fileName) {
     error_ = Status::ok();
     rememberedClient_ = 0;
-    batched_ = 0;
     std::unique_ptr<CompoundFile> file;
     Status s = CompoundFile::open(fileName, &file);
     if (!s.isOk()) {

@@ -70,11 +70,9 @@ class BackupWriter {
     bool writeStream(CompoundStorage& storage, std::u16string_view name,
                      const std::vector<std::uint8_t>& bytes);
     bool openStream(CompoundStorage& storage, std::u16string_view name, CompoundStream* out);
-    bool addedWithinBatch();
 
     Status error_;
     std::uint32_t rememberedClient_ = 0;
-    long batched_ = 0;
 };
 
 // The backup as the menu runs it: true on success.

@@ -11,8 +11,8 @@ MarkPaidResult markPaidEntries(DataFile& file, EntryTable& entries, FILETIME sta
                                const std::function<bool(const TimeEntry&)>& accepts) {
     MarkPaidResult result;
     if (!file.beginBatch()) return result;
+    // One transaction: a crash leaves every entry marked or none.
     bool ok = true;
-    long inBatch = 0;
     walkEntries(entries, start, end, [&](const TimeEntry& stored) {
         if (!accepts(stored)) return true;
         TimeEntry entry = stored;
@@ -24,11 +24,7 @@ MarkPaidResult markPaidEntries(DataFile& file, EntryTable& entries, FILETIME sta
         }
         ++result.written;
         if (marks) ++result.marked;
-        if (++inBatch == kBulkBatchSize) {
-            inBatch = 0;
-            ok = file.commitBatch() && file.beginBatch();
-        }
-        return ok;
+        return true;
     });
     if (!ok) {
         file.rollbackBatch();

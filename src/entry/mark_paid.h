@@ -13,9 +13,6 @@ class DataFile;
 class EntryTable;
 struct TimeEntry;
 
-// Writes are committed this many at a time.
-inline constexpr long kBulkBatchSize = 1000;
-
 struct MarkPaidResult {
     bool ok = false;
     long written = 0;  // entries accepted and written back

@@ -191,8 +191,8 @@ ReplaceResult replaceFieldText(DataFile& file, EntryTable& entries, MasterTables
         return ReplaceResult();
     }
     if (progress) progress->step();
+    // One transaction: a crash leaves the whole replacement or none of it.
     bool ok = true;
-    long inBatch = 0;
     TimeEntry entry;
     for (bool found = entries.seekFirst(); found && ok; found = entries.seekNext()) {
         if (readEntry(entries, entry) != 0) break;
@@ -201,10 +201,6 @@ ReplaceResult replaceFieldText(DataFile& file, EntryTable& entries, MasterTables
             *text = with;
             ok = updateEntry(entries, entry);
             if (ok) ++result.entriesChanged;
-            if (ok && ++inBatch == kBulkBatchSize) {
-                inBatch = 0;
-                ok = file.commitBatch() && file.beginBatch();
-            }
         }
         if (progress) progress->step();
     }
