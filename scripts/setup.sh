@@ -5,7 +5,7 @@ set -euo pipefail
 
 packages=(
     cmake g++ make pkg-config
-    qt6-base-dev libgl-dev
+    qt6-base-dev libgl-dev libx11-dev libxss-dev
     libsqlite3-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     python3 python3-olefile

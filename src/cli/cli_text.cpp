@@ -122,4 +122,17 @@ std::string hexBytes(const std::uint8_t* data, std::size_t size) {
     return out;
 }
 
+std::string escapedLineBreaks(std::u16string_view text) {
+    std::string out;
+    for (char c : u8(text)) {
+        if (c == '\r')
+            out += "\\r";
+        else if (c == '\n')
+            out += "\\n";
+        else
+            out.push_back(c);
+    }
+    return out;
+}
+
 }  // namespace qb

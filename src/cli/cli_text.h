@@ -30,6 +30,9 @@ std::string isoDate(FILETIME date);
 std::string isoDateTimeMillis(FILETIME date);
 std::string isoDateTime(const SYSTEMTIME& st);
 
+// The text with CR and LF written as \r and \n, so that it stays on one line.
+std::string escapedLineBreaks(std::u16string_view text);
+
 // Lowercase hex of bytes.
 std::string hexBytes(const std::uint8_t* data, std::size_t size);
 

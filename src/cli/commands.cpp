@@ -22,6 +22,7 @@ int runLayout(CommandContext& ctx);
 int runMarkPaid(CommandContext& ctx);
 int runReplace(CommandContext& ctx);
 int runNote(CommandContext& ctx);
+int runTimer(CommandContext& ctx);
 
 namespace {
 
@@ -247,6 +248,26 @@ constexpr const char* kNoteUsage =
     "Writes the entry's note: txt in the ANSI code page (default), unicode as\n"
     "UTF-16 with a byte-order mark, rtf as rich text.\n";
 
+constexpr const char* kTimerUsage =
+    "usage: quillarbor timer list\n"
+    "       quillarbor timer record N [--client C] [--project P] [--task T] [--note TEXT]\n"
+    "       quillarbor timer pause N\n"
+    "       quillarbor timer complete N [FIELDS]\n"
+    "       quillarbor timer reset N --yes\n"
+    "       quillarbor timer note N TEXT\n"
+    "\n"
+    "The four entry timers (N is 1 to 4), shared with the desktop application and\n"
+    "kept in the data directory: a recording timer counts the wall-clock time\n"
+    "until it is paused or completed, whether or not a program runs.\n"
+    "list prints timer state start elapsed client project task note, one line\n"
+    "per timer (state idle, recording, paused or complete). record starts an idle\n"
+    "timer now; pause pauses a recording timer and resumes a paused one.\n"
+    "complete makes the timer's entry as the entry editor's OK does (its start,\n"
+    "its time by the duration rule, its note, client, project and task; the FIELDS\n"
+    "of 'entry add' override them), prints the new id and resets the timer; an\n"
+    "entry that is refused leaves the timer as it was. reset clears the timer.\n"
+    "note replaces its note.\n";
+
 }  // namespace
 
 const std::vector<Command>& allCommands() {
@@ -274,6 +295,7 @@ const std::vector<Command>& allCommands() {
         {"mark-paid", "mark the chosen billable entries paid", kMarkPaidUsage, runMarkPaid},
         {"replace", "replace a text in master data and entries", kReplaceUsage, runReplace},
         {"note", "export an entry's note to a file", kNoteUsage, runNote},
+        {"timer", "the four entry timers: record, pause, complete", kTimerUsage, runTimer},
     };
     return kCommands;
 }

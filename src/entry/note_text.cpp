@@ -5,8 +5,11 @@
 namespace qb {
 
 std::u16string noteText(const TimeEntry& entry) {
+    return noteText(entry.notes);
+}
+
+std::u16string noteText(const std::vector<std::uint8_t>& bytes) {
     std::u16string text;
-    const std::vector<std::uint8_t>& bytes = entry.notes;
     text.reserve(bytes.size() / 2);
     for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
         char16_t c = static_cast<char16_t>(bytes[i] | bytes[i + 1] << 8);

@@ -5,6 +5,8 @@
 #include <QPixmap>
 #include <functional>
 
+#include "store/timer_table.h"
+
 namespace qb {
 namespace {
 
@@ -126,18 +128,45 @@ QIcon nextIcon() {
     });
 }
 
-QIcon timersIcon(bool running) {
+namespace {
+
+// The stopwatch on the 16-unit canvas: red while running, blue at rest.
+void drawStopwatch(QPainter& p, bool running) {
     QColor colour = running ? QColor(0xD9, 0x4F, 0x3D) : QColor(0x45, 0x6B, 0xA8);
-    return drawn([colour, running](QPainter& p) {
-        p.setPen(QPen(colour, 1.5));
-        p.setBrush(running ? colour.lighter(185) : QColor(Qt::white));
-        p.drawEllipse(QRectF(2.5, 3.5, 11, 11));
-        p.drawLine(QPointF(6.5, 1.5), QPointF(9.5, 1.5));
-        p.drawLine(QPointF(8, 1.5), QPointF(8, 3.5));
-        p.setPen(QPen(colour.darker(120), 1.5, Qt::SolidLine, Qt::RoundCap));
-        p.drawLine(QPointF(8, 9), QPointF(8, 5.8));
-        p.drawLine(QPointF(8, 9), QPointF(10.3, 10.4));
-    });
+    p.setPen(QPen(colour, 1.5));
+    p.setBrush(running ? colour.lighter(185) : QColor(Qt::white));
+    p.drawEllipse(QRectF(2.5, 3.5, 11, 11));
+    p.drawLine(QPointF(6.5, 1.5), QPointF(9.5, 1.5));
+    p.drawLine(QPointF(8, 1.5), QPointF(8, 3.5));
+    p.setPen(QPen(colour.darker(120), 1.5, Qt::SolidLine, Qt::RoundCap));
+    p.drawLine(QPointF(8, 9), QPointF(8, 5.8));
+    p.drawLine(QPointF(8, 9), QPointF(10.3, 10.4));
+}
+
+}  // namespace
+
+QIcon timersIcon(bool running) {
+    return drawn([running](QPainter& p) { drawStopwatch(p, running); });
+}
+
+QIcon timerStateIcon(TimerState state) {
+    switch (state) {
+        case TimerState::kIdle:
+            return timersIcon(false);
+        case TimerState::kPaused:
+            // The running clock with two bars over it.
+            return drawn([](QPainter& p) {
+                drawStopwatch(p, true);
+                p.setPen(Qt::NoPen);
+                p.setBrush(QColor(0x3C, 0x46, 0x52));
+                p.drawRoundedRect(QRectF(8.5, 8.5, 2.5, 7), 0.8, 0.8);
+                p.drawRoundedRect(QRectF(12.5, 8.5, 2.5, 7), 0.8, 0.8);
+            });
+        case TimerState::kRecording:
+        case TimerState::kComplete:
+            break;
+    }
+    return timersIcon(true);
 }
 
 QIcon summaryIcon() {

@@ -4,8 +4,11 @@
 // stay sharp at any scale.
 
 #include <QIcon>
+#include <cstdint>
 
 namespace qb {
+
+enum class TimerState : std::uint32_t;
 
 // The entry status: 0 non-billable, 1 billable and unpaid, 2 paid.
 QIcon statusIcon(int status);
@@ -17,6 +20,8 @@ QIcon previousIcon();
 QIcon nextIcon();
 // The tool bar: the timers (idle or running) and the quick summary.
 QIcon timersIcon(bool running);
+// One timer: idle, recording (also when complete) or paused.
+QIcon timerStateIcon(TimerState state);
 QIcon summaryIcon();
 // Rate nodes by rate type, and the rate groups.
 QIcon rateIcon(int rateType);

@@ -21,6 +21,7 @@
 #include "gui/dialogs/preview_window.h"
 #include "gui/dialogs/rate_setup_window.h"
 #include "gui/entry/entry_work.h"
+#include "gui/entry/timer_options.h"
 #include "gui/entry_list_widget.h"
 #include "gui/file_notice.h"
 #include "gui/filter_strip.h"
@@ -478,6 +479,7 @@ void MainWindow::customize() {
 void MainWindow::options() {
     OptionsDialog dialog(state_.settings(), this);
     addExportPage(dialog, state_.settings());
+    addTimerPage(dialog, state_);
     if (dialog.exec() != QDialog::Accepted) return;
     state_.saveSettings();
     list_->applyFont();
@@ -547,6 +549,7 @@ void MainWindow::pollForChanges() {
     if (counter == changeCounter_) return;
     changeCounter_ = counter;
     refresh();
+    emit storeChanged();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

@@ -57,6 +57,10 @@ class MainWindow : public QMainWindow {
     void announceFile(const QString& what, const QString& path);
     FileNotice& fileNotice() { return *fileNotice_; }
 
+  signals:
+    // Another process (the command line) changed the store.
+    void storeChanged();
+
   protected:
     void closeEvent(QCloseEvent* event) override;
 

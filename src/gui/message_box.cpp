@@ -1,5 +1,7 @@
 #include "gui/message_box.h"
 
+#include <QAbstractButton>
+
 namespace qb {
 namespace {
 
@@ -29,6 +31,9 @@ QMessageBox::StandardButton showMessage(QWidget* parent, const MessageRequest& r
     QMessageBox box(qtIcon(request.icon), QStringLiteral("Quillarbor"), request.text,
                     request.buttons, parent);
     box.setDefaultButton(request.defaultButton);
+    for (const auto& [button, text] : request.buttonTexts) {
+        if (QAbstractButton* b = box.button(button)) b->setText(text);
+    }
     return static_cast<QMessageBox::StandardButton>(box.exec());
 }
 

@@ -6,6 +6,8 @@
 #include <QMessageBox>
 #include <QString>
 #include <functional>
+#include <utility>
+#include <vector>
 
 class QWidget;
 
@@ -18,6 +20,8 @@ struct MessageRequest {
     MessageIcon icon = MessageIcon::kInformation;
     QMessageBox::StandardButtons buttons = QMessageBox::Ok;
     QMessageBox::StandardButton defaultButton = QMessageBox::Ok;
+    // Words of the question's own, in place of a button's standard text.
+    std::vector<std::pair<QMessageBox::StandardButton, QString>> buttonTexts = {};
 };
 
 // Shows the message with the caption "Quillarbor" and answers the button

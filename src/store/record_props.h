@@ -37,6 +37,13 @@ inline constexpr std::uint16_t kPropRateDescription = 1202;
 inline constexpr std::uint16_t kPropRateFlag = 1203;
 inline constexpr std::uint16_t kPropNextClientId = 1404;
 
+// Entry timers; their note, client, project and task use the entry's numbers.
+inline constexpr std::uint16_t kPropTimerSlot = 1501;
+inline constexpr std::uint16_t kPropTimerState = 1502;
+inline constexpr std::uint16_t kPropTimerStart = 1503;
+inline constexpr std::uint16_t kPropTimerElapsed = 1504;
+inline constexpr std::uint16_t kPropTimerResumed = 1505;
+
 // Contacts of the system's own address book.
 inline constexpr std::uint16_t kPropFileAs = 0x4013;
 inline constexpr std::uint16_t kPropCompany = 0x3A16;
@@ -46,6 +53,7 @@ inline constexpr std::uint32_t kClientNameSort = makePropId(kPropClient, CEVT_LP
 inline constexpr std::uint32_t kListKindSort = makePropId(kPropListKind, CEVT_UI2);
 inline constexpr std::uint32_t kTextSort = makePropId(kPropText, CEVT_LPWSTR);
 inline constexpr std::uint32_t kClientIdSort = makePropId(kPropClientId, CEVT_UI4);
+inline constexpr std::uint32_t kTimerSlotSort = makePropId(kPropTimerSlot, CEVT_UI2);
 inline constexpr std::uint32_t kFileAsSort = makePropId(kPropFileAs, CEVT_LPWSTR);
 
 }  // namespace qb

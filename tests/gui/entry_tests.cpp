@@ -1,4 +1,4 @@
-// The entry editor, the entry timers and the quick summary, driven as a user
+// The entry editor and the quick summary, driven as a user
 // would: type into the boxes, switch pages, press the buttons, read the
 // messages and then the store.
 
@@ -21,17 +21,13 @@
 
 #include "entry/duration_rule.h"
 #include "entry/entry_form.h"
-#include "entry/entry_timers.h"
 #include "entry/note_text.h"
 #include "entry/rate_rules.h"
 #include "gui/app_state.h"
 #include "gui/commands.h"
 #include "gui/entry/entry_editor.h"
-#include "gui/entry/entry_work.h"
-#include "gui/entry/note_editor.h"
 #include "gui/entry/set_times_dialog.h"
 #include "gui/entry/summary_dialog.h"
-#include "gui/entry/timers_window.h"
 #include "gui/entry_list_widget.h"
 #include "gui/gui_test_registry.h"
 #include "gui/main_window.h"
@@ -103,14 +99,6 @@ std::size_t entryCount(AppState& state) {
     return n;
 }
 
-FILETIME fileTime(const SYSTEMTIME& st) {
-    FILETIME ft = 0;
-    systemTimeToFileTime(st, &ft);
-    return ft;
-}
-
-constexpr FILETIME kSecond = 10000000ull;
-
 }  // namespace
 
 class EntryTests : public QObject {
@@ -121,8 +109,6 @@ class EntryTests : public QObject {
     void editorListsAndBillingPageFollowTheClient();
     void setTimesProposesAndTakesTheSpan();
     void reopenedEntryKeepsItsHoursAndRate();
-    void timerRecordsPausesAndBecomesAnEntry();
-    void timerResetAsksAndNotesFollowTheSelector();
     void summaryShowsTheListsRows();
 };
 
@@ -383,114 +369,6 @@ void EntryTests::reopenedEntryKeepsItsHoursAndRate() {
     QCOMPARE(messages.texts(), (QStringList{range, range}));
     QCOMPARE(child<QComboBox>(again, "duration")->currentText(), QStringLiteral("1"));
     QCOMPARE(storedEntry(*state, stored.recordOid).duration, std::uint16_t(17));
-}
-
-void EntryTests::timerRecordsPausesAndBecomesAnEntry() {
-    auto state = makeState();
-    QVERIFY(state);
-    Messages messages;
-    MainWindow window(*state);
-    auto* work = window.findChild<EntryWork*>();
-    QVERIFY(work);
-    for (int id : {kCmdNew, kCmdEntryTimers, kCmdQuickSummary}) {
-        QVERIFY(window.action(id)->isEnabled());
-    }
-    const FILETIME t0 = fileTime(localNow());
-    QString startShown, clockAfterPause, clockAfterResume;
-    bool pauseChecked = false;
-    bool buttonsWhileRecording = false;
-
-    whenModal<EntryEditor>([](EntryEditor* editor) {
-        QCOMPARE(child<QComboBox>(*editor, "duration")->currentText(), QStringLiteral("0.33"));
-        QVERIFY(child<QCheckBox>(*editor, "hasStart")->isChecked());
-        type(*editor, "client", QStringLiteral("Acme"));
-        type(*editor, "task", QStringLiteral("Design"));
-        pressOk(*editor);
-    });
-    whenModal<TimersWindow>([&](TimersWindow* w) {
-        QCOMPARE(w->findChild<QLabel*>(QStringLiteral("startValue"))->text(), QStringLiteral("<>"));
-        QVERIFY(!w->findChild<QPushButton*>(QStringLiteral("pause"))->isEnabled());
-        QVERIFY(!w->findChild<QPushButton*>(QStringLiteral("complete"))->isEnabled());
-        click(*w, "record");
-        auto* record = w->findChild<QPushButton*>(QStringLiteral("record"));
-        buttonsWhileRecording = !record->isEnabled() && record->isChecked() &&
-                                w->findChild<QPushButton*>(QStringLiteral("pause"))->isEnabled() &&
-                                w->findChild<QPushButton*>(QStringLiteral("complete"))->isEnabled();
-        startShown = w->findChild<QLabel*>(QStringLiteral("startValue"))->text();
-        work->tick(t0);                  // the first tick counts one second
-        work->tick(t0 + 599 * kSecond);  // then the wall clock
-        click(*w, "pause");
-        pauseChecked = w->findChild<QPushButton*>(QStringLiteral("pause"))->isChecked();
-        work->tick(t0 + 1200 * kSecond);  // paused: not counted
-        clockAfterPause = w->findChild<QLabel*>(QStringLiteral("durationValue"))->text();
-        click(*w, "pause");
-        work->tick(t0 + 1800 * kSecond);
-        clockAfterResume = w->findChild<QLabel*>(QStringLiteral("durationValue"))->text();
-        QTest::keyClicks(w->findChild<QPlainTextEdit*>(QStringLiteral("noteText")), "Call");
-        click(*w, "complete");
-    });
-    window.runCommand(kCmdEntryTimers);
-
-    QVERIFY(buttonsWhileRecording);
-    QVERIFY(pauseChecked);
-    QVERIFY(startShown != QStringLiteral("<>") && !startShown.isEmpty());
-    QCOMPARE(clockAfterPause, QStringLiteral("00:10:00"));
-    QCOMPARE(clockAfterResume, QStringLiteral("00:20:00"));
-    QVERIFY(messages.shown.empty());
-
-    // The entry is in the store and on the list; the timer is idle again.
-    const std::vector<CEOID> ids = window.entryList().collectIds();
-    QCOMPARE(ids.size(), std::size_t(1));
-    const TimeEntry saved = storedEntry(*state, ids[0]);
-    QCOMPARE(saved.duration, std::uint16_t(33));
-    QVERIFY(hasStartTime(saved));
-    QVERIFY(noteText(saved) == u"Call");
-    QVERIFY(saved.client == u"Acme");
-    QCOMPARE(work->timers().timer(0).state, TimerState::kIdle);
-    QVERIFY(!work->timers().anyActive());
-}
-
-void EntryTests::timerResetAsksAndNotesFollowTheSelector() {
-    auto state = makeState();
-    QVERIFY(state);
-    EntryTimerSet timers;
-    TimersWindow window(*state, timers);
-    click(window, "record");
-    auto* note = child<QPlainTextEdit>(window, "noteText");
-    QTest::keyClicks(note, "first");
-    auto* selector = child<QComboBox>(window, "timerSelector");
-    selector->setCurrentIndex(1);
-    QCOMPARE(window.shownTimer(), 1);
-    QVERIFY(note->toPlainText().isEmpty());
-    QVERIFY(child<QPushButton>(window, "record")->isEnabled());
-    selector->setCurrentIndex(0);
-    QCOMPARE(note->toPlainText(), QStringLiteral("first"));
-
-    {
-        Messages no(QMessageBox::No);
-        click(window, "reset");
-        QCOMPARE(no.texts(), QStringList{"Are you sure to reset the timer?"});
-        QCOMPARE(no.shown[0].icon, MessageIcon::kQuestion);
-        QCOMPARE(no.shown[0].defaultButton, QMessageBox::No);
-        QCOMPARE(timers.timer(0).state, TimerState::kRecording);
-    }
-    {
-        Messages yes(QMessageBox::Yes);
-        click(window, "reset");
-        QCOMPARE(timers.timer(0).state, TimerState::kIdle);
-        QVERIFY(note->toPlainText().isEmpty());
-        QCOMPARE(child<QLabel>(window, "startValue")->text(), QStringLiteral("<>"));
-        QCOMPARE(child<QLabel>(window, "durationValue")->text(), QStringLiteral("00:00:00"));
-    }
-
-    // The note's zoom steps scale its font and keep one step checked.
-    auto* notes = window.findChild<NoteEditor*>();
-    const qreal base = note->font().pointSizeF();
-    notes->command(QStringLiteral("200%"))->trigger();
-    QCOMPARE(note->font().pointSizeF(), base * 2);
-    QVERIFY(!notes->command(QStringLiteral("100%"))->isChecked());
-    notes->command(QStringLiteral("Wrap To Window"))->trigger();
-    QCOMPARE(note->lineWrapMode(), QPlainTextEdit::NoWrap);
 }
 
 void EntryTests::summaryShowsTheListsRows() {

@@ -3,11 +3,11 @@
 #include <QFile>
 #include <QTest>
 
-#include "entry/entry_timers.h"
 #include "gui/app_state.h"
 #include "gui/clients/client_setup_window.h"
 #include "gui/commands.h"
 #include "gui/dialogs/rate_setup_window.h"
+#include "gui/entry/timer_work.h"
 #include "gui/entry/timers_window.h"
 #include "gui/help.h"
 #include "gui/main_window.h"
@@ -63,7 +63,8 @@ class HelpTests : public QObject {
         systemTimeToFileTime(makeDate(2026, 11, 17), &entry.date);
         entry.client = u"Acme";
         entry.task = u"Work";
-        EntryTimerSet timers;
+        QWidget owner;
+        TimerWork timers(state, &owner, nullptr);
         SYSTEMTIME day = makeDate(2026, 11, 17);
 
         RateSetupWindow rates(state);

@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "app/settings.h"
-#include "entry/duration_rule.h"
-#include "entry/entry_timers.h"
 #include "platform/calendar.h"
 #include "platform/platform.h"
 #include "platform/text.h"
@@ -153,72 +151,6 @@ TEST_F(QuickSummaryTest, AnEmptyPeriodShowsNoShares) {
     EXPECT_EQ(r.size(), 15u);
     add(u"Zero", 0, true, false);
     EXPECT_EQ(rows().back(), "Zero|0.00h|n/a");
-}
-
-TEST(EntryTimersTest, TicksFollowTheClockAndNeverAddNothing) {
-    EntryTimerSet timers;
-    const FILETIME second = 10000000;
-    const FILETIME t0 = 130000000000000000ull;
-    timers.record(0, makeDate(2026, 11, 21, 9, 0));
-    timers.record(1, makeDate(2026, 11, 21, 9, 0));
-    timers.pause(1);
-    EXPECT_EQ(timers.tick(t0), (std::vector<int>{0}));
-    EXPECT_EQ(timers.timer(0).elapsed, 1u) << "the first tick has no delta";
-    timers.tick(t0 + 3600 * second);  // back from a suspended device
-    EXPECT_EQ(timers.timer(0).elapsed, 3601u);
-    timers.tick(t0 + 3600 * second);
-    EXPECT_EQ(timers.timer(0).elapsed, 3602u);
-    EXPECT_EQ(timers.timer(1).elapsed, 0u) << "paused timers do not count";
-    timers.pause(1);
-    EXPECT_EQ(timers.timer(1).state, TimerState::kRecording);
-    EXPECT_EQ(timerClockText(3725), u"01:02:05");
-    EXPECT_EQ(timerClockText(360000), u"100:00:00");
-    EXPECT_TRUE(timers.anyActive());
-    timers.reset(0);
-    timers.reset(1);
-    EXPECT_FALSE(timers.anyActive());
-}
-
-TEST(EntryTimersTest, ACompletedTimerBecomesANewEntry) {
-    Settings settings = defaultSettings();
-    EntryTimer timer;
-    timer.start = makeDate(2026, 11, 20, 14, 35, 12);
-    timer.elapsed = 20 * 60;
-    timer.note = {'h', 0, 'i', 0};
-    const auto made = [&] {
-        TimeEntry e;
-        EXPECT_TRUE(entryFromTimer(timer, settings, makeDate(2026, 11, 21), e).ok);
-        return e;
-    };
-    TimeEntry e = made();
-    FILETIME expected = 0;
-    systemTimeToFileTime(makeDate(2026, 11, 20, 14, 35, 1), &expected);
-    EXPECT_EQ(e.date, expected);
-    EXPECT_EQ(e.duration, 33);
-    EXPECT_EQ(e.currency, u"USD");
-    EXPECT_EQ(e.notes, timer.note);
-    settings.optionFlags |= kDurationGranularity;
-    EXPECT_EQ(made().duration, 50);
-    // 50 minutes are five whole 10-minute steps: not rounded up.
-    settings.minTime = 10;
-    timer.elapsed = 50 * 60;
-    EXPECT_EQ(made().duration, 83);
-    timer.elapsed = 0;
-    EXPECT_EQ(made().duration, 0);
-}
-
-TEST(EntryTimersTest, TimeBeyondTheLongestDurationIsRefusedAndKept) {
-    EntryTimer timer;
-    timer.start = makeDate(2026, 11, 20, 14, 35, 12);
-    timer.elapsed = 700 * 3600;
-    TimeEntry e;
-    e.client = u"untouched";
-    const FormResult r = entryFromTimer(timer, defaultSettings(), makeDate(2026, 11, 21), e);
-    EXPECT_FALSE(r.ok);
-    EXPECT_EQ(r.message, kDurationRangeMessage);
-    EXPECT_EQ(r.field, FormField::kDuration);
-    EXPECT_EQ(e.client, u"untouched");
-    EXPECT_EQ(timer.elapsed, 700u * 3600);
 }
 
 }  // namespace

@@ -26,6 +26,7 @@
 #include "gui/app_state.h"
 #include "gui/dialogs/dialog_support.h"
 #include "gui/dialogs/rate_tree.h"
+#include "gui/entry/choice_boxes.h"
 #include "gui/entry/note_editor.h"
 #include "gui/entry/set_times_dialog.h"
 #include "gui/message_box.h"
@@ -39,22 +40,6 @@ namespace qb {
 namespace {
 
 enum Page { kGeneralPage = 0, kBillingPage = 1, kCustomPage = 2, kNotesPage = 3 };
-
-QComboBox* textBox(const char* name, std::size_t limit, QWidget* parent) {
-    QComboBox* box = makeTextBox(name, static_cast<int>(limit), parent);
-    box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    box->setMinimumContentsLength(12);
-    return box;
-}
-
-// New items under the text the user typed, which stays.
-void refill(QComboBox* box, const std::vector<std::u16string>& items) {
-    const QSignalBlocker quiet(box);
-    const QString typed = box->currentText();
-    box->clear();
-    for (const std::u16string& item : items) box->addItem(toQt(item));
-    box->setEditText(typed);
-}
 
 std::u16string textOf(const QComboBox* box) {
     return fromQt(box->currentText());
@@ -126,11 +111,11 @@ void EntryEditor::buildGeneral() {
     p.date->setCalendarPopup(true);
     // The device's date pictures read the same in Qt's language.
     p.date->setDisplayFormat(toQt(state_.locale().shortDate));
-    p.client = textBox("client", kNameLimit, page);
-    p.project = textBox("project", kNameLimit, page);
-    p.phase = textBox("phase", kNameLimit, page);
-    p.task = textBox("task", kNameLimit, page);
-    p.duration = textBox("duration", kDurationLimit, page);
+    p.client = choiceBox("client", kNameLimit, page);
+    p.project = choiceBox("project", kNameLimit, page);
+    p.phase = choiceBox("phase", kNameLimit, page);
+    p.task = choiceBox("task", kNameLimit, page);
+    p.duration = choiceBox("duration", kDurationLimit, page);
     p.duration->setMinimumContentsLength(6);
     p.duration->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     p.hasStart = new QCheckBox(page);
@@ -186,12 +171,12 @@ void EntryEditor::buildBilling() {
     p.billable->setObjectName(QStringLiteral("billable"));
     p.paid = new QCheckBox(QStringLiteral("Paid"), page);
     p.paid->setObjectName(QStringLiteral("paid"));
-    p.billTo = textBox("billTo", kBillToLimit, page);
+    p.billTo = choiceBox("billTo", kBillToLimit, page);
     p.rateTree = new QTreeWidget(page);
     p.rateTree->setObjectName(QStringLiteral("rateTree"));
     p.rateTree->setHeaderHidden(true);
     p.rateTree->setRootIsDecorated(true);
-    p.currency = textBox("currency", kCurrencyLimit, page);
+    p.currency = choiceBox("currency", kCurrencyLimit, page);
     p.currency->setMinimumContentsLength(5);
     p.rate = new QLineEdit(page);
     p.rate->setObjectName(QStringLiteral("rate"));
@@ -257,7 +242,7 @@ void EntryEditor::buildCustom() {
     auto* form = new QFormLayout(page);
     form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     for (int i = 0; i < 3; ++i) {
-        QComboBox* box = textBox(names[i], kCustomLimit, page);
+        QComboBox* box = choiceBox(names[i], kCustomLimit, page);
         if (open) {
             for (const std::u16string& item : lists.items(kinds[i])) box->addItem(toQt(item));
         }
@@ -352,12 +337,12 @@ EntryForm EntryEditor::form() const {
 }
 
 void EntryEditor::refillProjects() {
-    refill(p_->project, projectChoices(state_.masters(), textOf(p_->client)));
+    refillChoices(p_->project, projectChoices(state_.masters(), textOf(p_->client)));
     refillTasks();
 }
 
 void EntryEditor::refillTasks() {
-    refill(p_->task, taskChoices(state_.masters(), textOf(p_->client), textOf(p_->project)));
+    refillChoices(p_->task, taskChoices(state_.masters(), textOf(p_->client), textOf(p_->project)));
 }
 
 void EntryEditor::pageChanged(int index) {
@@ -412,7 +397,7 @@ void EntryEditor::showBilling() {
         fillRateTree(p.rateTree, state_, clientIdOf(state_.masters().clients, client),
                      toQt(client));
     }
-    refill(p.billTo, contactChoices(state_.masters(), client));
+    refillChoices(p.billTo, contactChoices(state_.masters(), client));
 
     QTreeWidgetItem* match = nullptr;
     if (matchingRateNode(state_.masters(), client, entry_.rate, entry_.rateType)) {

@@ -1,13 +1,16 @@
 #include "gui/entry/entry_work.h"
 
 #include <QAction>
-#include <QTimer>
 
 #include "entry/entry_form.h"
 #include "gui/app_state.h"
 #include "gui/commands.h"
 #include "gui/entry/entry_editor.h"
+#include "gui/entry/idle_source.h"
 #include "gui/entry/summary_dialog.h"
+#include "gui/entry/timer_panel.h"
+#include "gui/entry/timer_tray.h"
+#include "gui/entry/timer_work.h"
 #include "gui/entry/timers_window.h"
 #include "gui/entry_list_widget.h"
 #include "gui/icons.h"
@@ -19,15 +22,19 @@
 
 namespace qb {
 
-EntryWork::EntryWork(MainWindow& window, AppState& state)
-    : QObject(&window), window_(window), state_(state), clock_(new QTimer(this)) {
-    // The timers count whether or not their window is open.
-    clock_->setInterval(1000);
-    connect(clock_, &QTimer::timeout, this, [this] {
-        FILETIME now = 0;
-        if (systemTimeToFileTime(localNow(), &now)) tick(now);
-    });
-    clock_->start();
+EntryWork::EntryWork(MainWindow& window, AppState& state, std::unique_ptr<IdleSource> idle)
+    : QObject(&window), window_(window), state_(state) {
+    timers_ = new TimerWork(state, &window, idle ? std::move(idle) : desktopIdleSource());
+    panel_ = new TimerPanel(*timers_, &window);
+    window.addDockWidget(Qt::BottomDockWidgetArea, panel_);
+    tray_ = new TimerTray(*timers_, &window);
+    connect(panel_, &TimerPanel::openTimersRequested, this, &EntryWork::openTimers);
+    connect(tray_, &TimerTray::openTimersRequested, this, &EntryWork::openTimers);
+    connect(timers_, &TimerWork::changed, this, &EntryWork::updateTimersButton);
+    // The editor opens once the button that completed the timer has returned.
+    connect(timers_, &TimerWork::completed, this, &EntryWork::recordTimer, Qt::QueuedConnection);
+    connect(&window, &MainWindow::storeChanged, timers_, &TimerWork::reload);
+    updateTimersButton();
 }
 
 void EntryWork::newEntry() {
@@ -46,27 +53,27 @@ void EntryWork::editSelected() {
 }
 
 void EntryWork::openTimers() {
-    TimersWindow window(state_, timers_, &window_);
-    connect(this, &EntryWork::timerTicked, &window, &TimersWindow::timerTicked);
-    window.exec();
-    updateTimersButton();
-    if (window.completedTimer() >= 0) recordTimer(window.completedTimer());
+    if (!timersWindow_) {
+        timersWindow_ = new TimersWindow(state_, *timers_, &window_);
+        timersWindow_->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    timersWindow_->show();
+    timersWindow_->raise();
+    timersWindow_->activateWindow();
 }
 
 void EntryWork::recordTimer(int index) {
     TimeEntry entry;
     const FormResult made =
-        entryFromTimer(timers_.timer(index), state_.settings(), localNow(), entry);
+        entryFromTimer(timers_->timer(index), state_.settings(), localNow(), entry);
     if (!made.ok) {
         // Nothing of the time is lost: the timer waits, paused, for the user.
         warn(&window_, toQt(std::u16string(made.message)));
-        timers_.pause(index);
-        updateTimersButton();
+        timers_->pause(index);
         return;
     }
     if (EntryEditor::edit(state_, entry, &window_)) window_.refresh();
-    timers_.reset(index);
-    updateTimersButton();
+    timers_->reset(index);
 }
 
 void EntryWork::openSummary() {
@@ -79,18 +86,14 @@ void EntryWork::openSummary() {
     dialog.exec();
 }
 
-void EntryWork::tick(FILETIME now) {
-    for (int index : timers_.tick(now)) emit timerTicked(index);
-}
-
 void EntryWork::updateTimersButton() {
     if (QAction* button = window_.action(kCmdEntryTimers)) {
-        button->setIcon(timersIcon(timers_.anyActive()));
+        button->setIcon(timersIcon(timers_->anyActive()));
     }
 }
 
-EntryWork* installEntryWork(MainWindow& window, AppState& state) {
-    auto* work = new EntryWork(window, state);
+EntryWork* installEntryWork(MainWindow& window, AppState& state, std::unique_ptr<IdleSource> idle) {
+    auto* work = new EntryWork(window, state, std::move(idle));
     window.setHandler(kCmdNew, [work] { work->newEntry(); });
     window.setHandler(kCmdEdit, [work] { work->editSelected(); });
     window.setHandler(kCmdEditMenu, [work] { work->editSelected(); });

@@ -1,49 +1,57 @@
 #pragma once
 
 // The entry commands of the main window: "New", "Edit...", the entry
-// timers with their one-second clock, and the quick summary.
+// timers (their window, panel and tray) and the quick summary.
 
 #include <QObject>
+#include <QPointer>
 
-#include "entry/entry_timers.h"
+#include <memory>
 
-class QTimer;
+#include "gui/entry/idle_source.h"
+#include "gui/entry/timers_window.h"
 
 namespace qb {
 
 class AppState;
 class MainWindow;
+class TimerPanel;
+class TimerTray;
+class TimerWork;
 
 class EntryWork : public QObject {
     Q_OBJECT
   public:
-    EntryWork(MainWindow& window, AppState& state);
+    EntryWork(MainWindow& window, AppState& state, std::unique_ptr<IdleSource> idle);
 
     void newEntry();
     void editSelected();
+    // Opens the timer window beside the main window, or brings it forward.
     void openTimers();
     void openSummary();
     // A timer's "Task Complete": the editor on the entry it becomes, then the
     // timer starts over whether the entry was saved or not.
     void recordTimer(int index);
-    // One second of the clock at local time `now`.
-    void tick(FILETIME now);
 
-    EntryTimerSet& timers() { return timers_; }
-
-  signals:
-    void timerTicked(int index);
+    TimerWork& timers() { return *timers_; }
+    TimersWindow* timersWindow() const { return timersWindow_; }
+    TimerPanel& timerPanel() { return *panel_; }
+    TimerTray& timerTray() { return *tray_; }
 
   private:
     void updateTimersButton();
 
     MainWindow& window_;
     AppState& state_;
-    EntryTimerSet timers_;
-    QTimer* clock_;
+    TimerWork* timers_;
+    TimerPanel* panel_;
+    TimerTray* tray_;
+    QPointer<TimersWindow> timersWindow_;
 };
 
-// Registers the handlers with the main window; the work lives as long as it.
-EntryWork* installEntryWork(MainWindow& window, AppState& state);
+// Registers the handlers with the main window; the work lives as long as
+// it. Idle time comes from the desktop unless `idle` is given.
+EntryWork* installEntryWork(MainWindow& window, AppState& state,
+                            std::unique_ptr<IdleSource> idle = nullptr);
 
 }  // namespace qb

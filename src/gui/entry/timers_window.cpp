@@ -2,58 +2,30 @@
 
 #include <QComboBox>
 #include <QDialogButtonBox>
+#include <QFormLayout>
 #include <QFrame>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPainter>
+#include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include "entry/entry_timers.h"
 #include "gui/app_state.h"
+#include "gui/entry/choice_boxes.h"
 #include "gui/entry/note_editor.h"
+#include "gui/entry/timer_work.h"
 #include "gui/help.h"
 #include "gui/icons.h"
 #include "gui/message_box.h"
-#include "platform/calendar.h"
 #include "views/date_texts.h"
 
 namespace qb {
 namespace {
 
 constexpr char kClockValueStyle[] = "color: #0000ff;";
-
-// A paused timer: the running clock with two bars over it.
-QIcon pausedIcon() {
-    QIcon icon;
-    for (int size : {16, 32, 48}) {
-        QPixmap pixmap = timersIcon(true).pixmap(size, size);
-        QPainter p(&pixmap);
-        p.setRenderHint(QPainter::Antialiasing);
-        p.scale(size / 16.0, size / 16.0);
-        p.setPen(Qt::NoPen);
-        p.setBrush(QColor(0x3C, 0x46, 0x52));
-        p.drawRoundedRect(QRectF(8.5, 8.5, 2.5, 7), 0.8, 0.8);
-        p.drawRoundedRect(QRectF(12.5, 8.5, 2.5, 7), 0.8, 0.8);
-        p.end();
-        icon.addPixmap(pixmap);
-    }
-    return icon;
-}
-
-QIcon stateIcon(TimerState state) {
-    switch (state) {
-        case TimerState::kIdle:
-            return timersIcon(false);
-        case TimerState::kPaused:
-            return pausedIcon();
-        case TimerState::kRecording:
-        case TimerState::kComplete:
-            break;
-    }
-    return timersIcon(true);
-}
 
 QLabel* clockLabel(const QString& text, QWidget* parent) {
     auto* label = new QLabel(text, parent);
@@ -67,9 +39,10 @@ QLabel* clockLabel(const QString& text, QWidget* parent) {
 
 }  // namespace
 
-TimersWindow::TimersWindow(AppState& state, EntryTimerSet& timers, QWidget* parent)
-    : QDialog(parent), state_(state), timers_(timers) {
+TimersWindow::TimersWindow(AppState& state, TimerWork& work, QWidget* parent)
+    : QDialog(parent), state_(state), work_(work), storeDelay_(new QTimer(this)) {
     setWindowTitle(QStringLiteral("Entry Timers"));
+    setModal(false);
 
     start_ = clockLabel(QString(), this);
     start_->setObjectName(QStringLiteral("startValue"));
@@ -105,14 +78,19 @@ TimersWindow::TimersWindow(AppState& state, EntryTimerSet& timers, QWidget* pare
     reset_ = button(QStringLiteral("Reset Timer"), "reset", false);
     selector_ = new QComboBox(this);
     selector_->setObjectName(QStringLiteral("timerSelector"));
-    for (int i = 0; i < EntryTimerSet::kCount; ++i) {
-        selector_->addItem(QStringLiteral("Timer %1").arg(i + 1));
-    }
+    for (int i = 0; i < EntryTimerSet::kCount; ++i) selector_->addItem(toQt(timerName(i)));
     auto* commands = new QHBoxLayout;
     commands->addWidget(selector_);
     commands->addSpacing(fontMetrics().averageCharWidth() * 2);
     for (QPushButton* b : {record_, pause_, complete_, reset_}) commands->addWidget(b);
     commands->addStretch(1);
+
+    choices_ = new WorkChoices(state_, this);
+    auto* details = new QFormLayout;
+    details->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    details->addRow(QStringLiteral("Client:"), choices_->client());
+    details->addRow(QStringLiteral("Project:"), choices_->project());
+    details->addRow(QStringLiteral("Task:"), choices_->task());
 
     note_ = new NoteEditor(this);
     note_->setObjectName(QStringLiteral("note"));
@@ -125,28 +103,38 @@ TimersWindow::TimersWindow(AppState& state, EntryTimerSet& timers, QWidget* pare
     layout->addLayout(clock);
     layout->addWidget(line);
     layout->addLayout(commands);
+    layout->addLayout(details);
     layout->addWidget(note_, 1);
     layout->addWidget(buttons);
+
+    storeDelay_->setSingleShot(true);
+    storeDelay_->setInterval(700);
+    connect(storeDelay_, &QTimer::timeout, this, &TimersWindow::storeDetails);
+    connect(choices_, &WorkChoices::edited, storeDelay_, qOverload<>(&QTimer::start));
+    connect(note_->textBox(), &QPlainTextEdit::textChanged, storeDelay_,
+            qOverload<>(&QTimer::start));
 
     connect(record_, &QPushButton::clicked, this, &TimersWindow::record);
     connect(pause_, &QPushButton::clicked, this, &TimersWindow::pause);
     connect(complete_, &QPushButton::clicked, this, &TimersWindow::complete);
     connect(reset_, &QPushButton::clicked, this, &TimersWindow::resetTimer);
     connect(selector_, &QComboBox::currentIndexChanged, this, &TimersWindow::showTimer);
+    connect(&work_, &TimerWork::ticked, this, &TimersWindow::updateClock);
+    connect(&work_, &TimerWork::changed, this, &TimersWindow::timersChanged);
 
-    note_->setNoteBytes(timers_.timer(shown_).note);
+    showDetails();
     updateSelector();
     updateButtons();
     updateClock();
-    resize(fontMetrics().averageCharWidth() * 92, fontMetrics().height() * 22);
+    resize(fontMetrics().averageCharWidth() * 92, fontMetrics().height() * 28);
 }
 
 void TimersWindow::showTimer(int index) {
     if (index < 0 || index >= EntryTimerSet::kCount) return;
     if (index != shown_) {
-        storeNote();
+        storeDetails();
         shown_ = index;
-        note_->setNoteBytes(timers_.timer(shown_).note);
+        showDetails();
     }
     if (selector_->currentIndex() != index) {
         const QSignalBlocker quiet(selector_);
@@ -156,59 +144,75 @@ void TimersWindow::showTimer(int index) {
     updateClock();
 }
 
-void TimersWindow::timerTicked(int index) {
-    if (index == shown_) {
-        duration_->setText(toQt(timerClockText(timers_.timer(shown_).elapsed)));
-    }
-}
-
 void TimersWindow::record() {
-    timers_.record(shown_, localNow());
-    updateButtons();
-    updateClock();
+    storeDetails();
+    work_.record(shown_);
 }
 
 void TimersWindow::pause() {
-    timers_.pause(shown_);
-    updateButtons();
+    storeDetails();
+    work_.pause(shown_);
 }
 
 void TimersWindow::complete() {
-    timers_.complete(shown_, note_->noteBytes());
-    completed_ = shown_;
-    accept();
+    storeDetails();
+    // The window closes first: the editor that follows stands alone.
+    const int index = shown_;
+    close();
+    work_.complete(index);
 }
 
 void TimersWindow::resetTimer() {
-    if (!confirm(this, QStringLiteral("Are you sure to reset the timer?"),
-                 MessageIcon::kQuestion)) {
+    if (!confirm(this, toQt(std::u16string(kResetTimerQuestion)), MessageIcon::kQuestion)) {
+        updateButtons();
         return;
     }
-    timers_.reset(shown_);
+    storeDelay_->stop();
+    work_.reset(shown_);
     note_->clear();
+    showDetails();
+}
+
+void TimersWindow::done(int result) {
+    // A note typed into a timer stays with it when the window closes.
+    storeDetails();
+    QDialog::done(result);
+}
+
+void TimersWindow::storeDetails() {
+    storeDelay_->stop();
+    work_.setDetails(shown_, note_->noteBytes(), choices_->clientText(), choices_->projectText(),
+                     choices_->taskText());
+}
+
+void TimersWindow::showDetails() {
+    const EntryTimer& t = work_.timer(shown_);
+    if (note_->noteBytes() != t.note) note_->setNoteBytes(t.note);
+    if (choices_->clientText() != t.client || choices_->projectText() != t.project ||
+        choices_->taskText() != t.task) {
+        choices_->show(t.client, t.project, t.task);
+    }
+    storeDelay_->stop();
+}
+
+void TimersWindow::timersChanged() {
+    // What the user is typing wins over a change from elsewhere; it is
+    // written a moment later.
+    if (!storeDelay_->isActive()) showDetails();
+    updateSelector();
     updateButtons();
     updateClock();
 }
 
-void TimersWindow::done(int result) {
-    // A note typed into a running timer stays with it when the window closes.
-    if (completed_ < 0) storeNote();
-    QDialog::done(result);
-}
-
-void TimersWindow::storeNote() {
-    timers_.timer(shown_).note = note_->noteBytes();
-}
-
 void TimersWindow::updateClock() {
-    const EntryTimer& t = timers_.timer(shown_);
+    const EntryTimer& t = work_.timer(shown_);
     start_->setText(t.state == TimerState::kIdle ? QStringLiteral("<>")
                                                  : toQt(shortTimeText(state_.locale(), t.start)));
-    duration_->setText(toQt(timerClockText(t.elapsed)));
+    duration_->setText(toQt(timerClockText(work_.elapsed(shown_))));
 }
 
 void TimersWindow::updateButtons() {
-    const TimerState state = timers_.timer(shown_).state;
+    const TimerState state = work_.timer(shown_).state;
     const bool idle = state == TimerState::kIdle;
     record_->setEnabled(idle);
     record_->setChecked(!idle);
@@ -220,7 +224,7 @@ void TimersWindow::updateButtons() {
 
 void TimersWindow::updateSelector() {
     for (int i = 0; i < EntryTimerSet::kCount; ++i) {
-        selector_->setItemIcon(i, stateIcon(timers_.timer(i).state));
+        selector_->setItemIcon(i, timerStateIcon(work_.timer(i).state));
     }
 }
 

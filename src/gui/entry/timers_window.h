@@ -1,34 +1,31 @@
 #pragma once
 
 // "Entry Timers": one of the four stopwatches at a time, with its clock,
-// its buttons and its note. The timers themselves live in EntryTimerSet and
-// keep running after the window closes.
+// its buttons, the client, project and task it is for, and its note. The
+// window is not modal: the main window stays usable beside it, and the
+// timers (TimerWork) keep running after it closes.
 
 #include <QDialog>
 
 class QComboBox;
 class QLabel;
 class QPushButton;
+class QTimer;
 
 namespace qb {
 
 class AppState;
-class EntryTimerSet;
 class NoteEditor;
+class TimerWork;
+class WorkChoices;
 
 class TimersWindow : public QDialog {
     Q_OBJECT
   public:
-    TimersWindow(AppState& state, EntryTimerSet& timers, QWidget* parent = nullptr);
+    TimersWindow(AppState& state, TimerWork& work, QWidget* parent = nullptr);
 
     int shownTimer() const { return shown_; }
     void showTimer(int index);
-    // The timer whose "Task Complete" closed the window, or -1.
-    int completedTimer() const { return completed_; }
-
-  public slots:
-    // A second of a recording timer has passed.
-    void timerTicked(int index);
 
   protected:
     void done(int result) override;
@@ -38,15 +35,17 @@ class TimersWindow : public QDialog {
     void pause();
     void complete();
     void resetTimer();
-    void storeNote();
+    // Writes what the note and the boxes hold into the shown timer.
+    void storeDetails();
+    void showDetails();
+    void timersChanged();
     void updateClock();
     void updateButtons();
     void updateSelector();
 
     AppState& state_;
-    EntryTimerSet& timers_;
+    TimerWork& work_;
     int shown_ = 0;
-    int completed_ = -1;
     QLabel* start_;
     QLabel* duration_;
     QPushButton* record_;
@@ -54,7 +53,10 @@ class TimersWindow : public QDialog {
     QPushButton* complete_;
     QPushButton* reset_;
     QComboBox* selector_;
+    WorkChoices* choices_;
     NoteEditor* note_;
+    // Typing is written a moment after the last key, not at every key.
+    QTimer* storeDelay_;
 };
 
 }  // namespace qb
