@@ -1,5 +1,7 @@
 #include "backup/archive_writer.h"
 
+#include <algorithm>
+
 #include "backup/backup_layout.h"
 #include "platform/data_file.h"
 #include "platform/platform.h"
@@ -15,7 +17,14 @@ ArchiveWriter::ArchiveWriter(EntryTable& entries, MasterTables& masters, FILETIM
     : BackupWriter(entries, masters), kind_(kKindEntryArchive), start_(start), end_(end) {}
 
 ArchiveWriter::ArchiveWriter(EntryTable& entries, MasterTables& masters, std::vector<CEOID> clients)
-    : BackupWriter(entries, masters), kind_(kKindClientArchive), clients_(std::move(clients)) {}
+    : BackupWriter(entries, masters), kind_(kKindClientArchive) {
+    // A client chosen twice is archived once.
+    for (CEOID oid : clients) {
+        if (std::find(clients_.begin(), clients_.end(), oid) == clients_.end()) {
+            clients_.push_back(oid);
+        }
+    }
+}
 
 ArchiveWriter::ArchiveWriter(EntryTable& entries, MasterTables& masters)
     : BackupWriter(entries, masters), kind_(kKindEntryArchive) {}

@@ -19,7 +19,8 @@ class ArchiveWriter : public BackupWriter {
   public:
     // An archive of the entries with start <= date <= end (kind 2).
     ArchiveWriter(EntryTable& entries, MasterTables& masters, FILETIME start, FILETIME end);
-    // An archive of the clients with these record ids, in this order (kind 4).
+    // An archive of the clients with these record ids, in this order, each
+    // once (kind 4).
     ArchiveWriter(EntryTable& entries, MasterTables& masters, std::vector<CEOID> clients);
     // The writer that loads archives: it accepts entry archives only.
     ArchiveWriter(EntryTable& entries, MasterTables& masters);

@@ -55,7 +55,7 @@ int add(CommandContext& ctx, const Args& args) {
     if (name.empty()) return ctx.refused(std::u16string(kBlankNotAllowed));
     if (addClient(ctx.masters().clients, name) == 0) {
         if (clientIdOf(ctx.masters().clients, name) != kNoClient) {
-            return ctx.refused("A client named \"" + u8(name) + "\" already exists.");
+            return ctx.refused(nameTakenMessage(NameKind::kClient, name));
         }
         return ctx.failed("cannot add the client");
     }
@@ -66,16 +66,15 @@ int rename(CommandContext& ctx, const Args& args) {
     if (args.positional().size() != 2) return ctx.usage("client rename takes OLD and NEW");
     ClientRecord client;
     if (!findClient(ctx, u16(args.positional()[0]), &client)) return kExitRefused;
-    std::u16string name = inputText(args.positional()[1]);
-    if (name.empty()) return ctx.refused(std::u16string(kBlankNotAllowed));
-    ClientTable& clients = ctx.masters().clients;
-    if (name != client.name && clientIdOf(clients, name) != kNoClient) {
-        return ctx.refused("A client named \"" + u8(name) + "\" already exists.");
-    }
-    if (!clients.seekOid(client.oid) || !renameClient(clients, name)) {
-        return ctx.failed("cannot rename the client");
-    }
-    return kExitOk;
+    ClientNode node;
+    node.kind = NodeKind::kClient;
+    node.number = client.oid;
+    node.clientId = client.clientId;
+    node.text = client.name;
+    std::u16string name;
+    const RenameOutcome outcome =
+        renameNode(ctx.masters(), node, inputText(args.positional()[1]), &name);
+    return renameStatus(ctx, outcome, NameKind::kClient, name);
 }
 
 int remove(CommandContext& ctx, const Args& args) {

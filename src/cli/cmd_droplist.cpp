@@ -72,15 +72,17 @@ int runDroplist(CommandContext& ctx) {
     }
     std::u16string text = u16(words[2]);
     if (verb == "rename") {
-        if (!renameDropItem(byKind, kind, text, u16(words[3]))) {
-            return ctx.refused("\"" + words[2] + "\" cannot become \"" + words[3] + "\".");
+        std::u16string edited;
+        const RenameOutcome outcome = renameDropItem(byKind, kind, text, u16(words[3]), &edited);
+        if (outcome == RenameOutcome::kMissing) {
+            return ctx.refused("\"" + words[2] + "\" is not in the list.");
         }
-        return kExitOk;
+        return renameStatus(ctx, outcome, NameKind::kDropItem, edited);
     }
     if (verb == "add") {
         if (text.empty()) return ctx.refused(std::u16string(kBlankNotAllowed));
         if (byKind.addItem(kind, text) == 0) {
-            return ctx.refused("\"" + words[2] + "\" is in the list already.");
+            return ctx.refused(nameTakenMessage(NameKind::kDropItem, text));
         }
         return kExitOk;
     }

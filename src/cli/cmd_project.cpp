@@ -13,7 +13,7 @@ int add(CommandContext& ctx, const Args& args, const ClientRecord& client) {
     std::u16string project = inputText(args.positional()[1]);
     if (project.empty()) return ctx.refused(std::u16string(kBlankNotAllowed));
     if (addProjectTask(ctx.masters().projects, client.clientId, project, u"") == 0) {
-        return ctx.refused("The project \"" + u8(project) + "\" already exists.");
+        return ctx.refused(nameTakenMessage(NameKind::kProject, project));
     }
     return kExitOk;
 }
@@ -34,7 +34,7 @@ int rename(CommandContext& ctx, const Args& args, const ClientRecord& client) {
     std::vector<ClientNode> tree = clientTree(ctx.masters());
     const ClientNode* node = projectNode(ctx, tree, client, u16(args.positional()[1]));
     if (!node) return kExitRefused;
-    return renameNode(ctx.masters(), *node, to) ? kExitOk : ctx.failed("cannot rename the project");
+    return renameStatus(ctx, renameNode(ctx.masters(), *node, to, &to), NameKind::kProject, to);
 }
 
 int remove(CommandContext& ctx, const Args& args, const ClientRecord& client) {

@@ -68,6 +68,7 @@ constexpr const char* kClientUsage =
     "show prints 'client ID NAME', then the client's 'project P T', 'task T',\n"
     "'contact C' and 'rate ID TYPE RATE DESCRIPTION FLAG' lines. Deleting a client\n"
     "deletes its projects, tasks, contacts and rates; time entries keep its name.\n"
+    "A rename onto the name of another client is refused.\n"
     "import adds each line of a list file (ANSI, or UTF-16 after an FF FE mark;\n"
     "lines over 128 characters cut to 127) or each card of a vCard file; export\n"
     "writes one level of the tree, CR LF between items, ANSI or --unicode UTF-16.\n"
@@ -80,18 +81,22 @@ constexpr const char* kProjectUsage =
     "       quillarbor project rename CLIENT OLD NEW\n"
     "       quillarbor project delete CLIENT PROJECT --yes\n"
     "\n"
-    "A rename changes every task pair of the project; deleting removes its tasks.\n";
+    "A rename changes every task pair of the project; deleting removes its tasks.\n"
+    "A rename onto a project the client holds already is refused.\n";
 
 constexpr const char* kTaskUsage =
     "usage: quillarbor task add CLIENT TASK [--project P]\n"
     "       quillarbor task delete CLIENT TASK [--project P]\n"
+    "       quillarbor task rename CLIENT OLD NEW [--project P]\n"
     "\n"
     "With --project the task belongs to that project of the client, else to the\n"
-    "client directly.\n";
+    "client directly. A rename onto a task the client (or the project) holds\n"
+    "already is refused.\n";
 
 constexpr const char* kContactUsage =
     "usage: quillarbor contact add CLIENT NAME\n"
     "       quillarbor contact delete CLIENT NAME\n"
+    "       quillarbor contact rename CLIENT OLD NEW\n"
     "\n"
     "Contacts are the Bill To choices of a client's entries.\n";
 
@@ -275,8 +280,9 @@ const std::vector<Command>& allCommands() {
         {"entry", "add, change, show and delete time entries", kEntryUsage, runEntry},
         {"client", "list, show, add, rename and delete clients", kClientUsage, runClient},
         {"project", "add, rename and delete a client's projects", kProjectUsage, runProject},
-        {"task", "add and delete a client's tasks", kTaskUsage, runTask},
-        {"contact", "add and delete a client's Bill To contacts", kContactUsage, runContact},
+        {"task", "add, rename and delete a client's tasks", kTaskUsage, runTask},
+        {"contact", "add, rename and delete a client's Bill To contacts", kContactUsage,
+         runContact},
         {"rate", "list, add, change and delete rates", kRateUsage, runRate},
         {"droplist", "the phase, currency and custom drop lists", kDroplistUsage, runDroplist},
         {"settings", "list, read and write settings", kSettingsUsage, runSettings},

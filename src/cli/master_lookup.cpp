@@ -25,6 +25,23 @@ bool findClient(CommandContext& ctx, const std::u16string& name, ClientRecord* o
     return false;
 }
 
+int renameStatus(CommandContext& ctx, RenameOutcome outcome, NameKind kind,
+                 const std::u16string& newName) {
+    switch (outcome) {
+        case RenameOutcome::kRenamed:
+        case RenameOutcome::kUnchanged:
+            return kExitOk;
+        case RenameOutcome::kBlank:
+            return ctx.refused(std::u16string(kBlankNotAllowed));
+        case RenameOutcome::kTaken:
+            return ctx.refused(nameTakenMessage(kind, newName));
+        case RenameOutcome::kMissing:
+        case RenameOutcome::kFailed:
+            break;
+    }
+    return ctx.failed("cannot rename \"" + u8(newName) + "\"");
+}
+
 bool confirmed(CommandContext& ctx, bool yes, std::u16string_view question) {
     if (yes) return true;
     ctx.err << u8(question) << "\n(answer with --yes)\n";

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "entry/unique_names.h"
 #include "store/master_data.h"
 
 namespace qb {
@@ -18,6 +19,11 @@ bool findClient(CommandContext& ctx, const std::u16string& name, ClientRecord* o
 // The question a destructive command asks; answers true when --yes was
 // given, else prints it and answers false.
 bool confirmed(CommandContext& ctx, bool yes, std::u16string_view question);
+
+// The exit status of a rename: 0 when renamed or unchanged, else the
+// refusal (blank, taken) or failure printed first.
+int renameStatus(CommandContext& ctx, RenameOutcome outcome, NameKind kind,
+                 const std::u16string& newName);
 
 inline constexpr std::u16string_view kBlankNotAllowed =
     u"Please enter some text. Blank is not allowed.";

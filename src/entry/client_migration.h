@@ -33,4 +33,9 @@ MigrationResult migrateProjects(DataFile& file, MasterTables& tables, ClientId f
 MigrationResult migrateTasks(DataFile& file, MasterTables& tables, ClientId from, ClientId to,
                              const std::vector<std::u16string>& tasks);
 
+// Moves every project, task, contact and rate of client `from` to `to`, as
+// the migrations do: what the target holds already goes instead of being
+// repeated. Opens no batch of its own; the caller's batch holds it.
+bool mergeClientRecords(MasterTables& tables, ClientId from, ClientId to, MigrationResult* result);
+
 }  // namespace qb

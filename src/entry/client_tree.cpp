@@ -97,9 +97,45 @@ std::size_t renameLimit(NodeKind kind) {
     return 0;
 }
 
-bool renameNode(MasterTables& tables, const ClientNode& node, const std::u16string& name) {
-    std::u16string text = limitText(name, renameLimit(node.kind));
-    if (text.empty()) return false;
+namespace {
+
+bool holdsName(const std::vector<NamedRecord>& names, CEOID self, const std::u16string& name) {
+    return std::any_of(names.begin(), names.end(),
+                       [&](const NamedRecord& n) { return n.oid != self && n.name == name; });
+}
+
+// Whether another record of the node's collection already has the name.
+bool nameTaken(MasterTables& tables, const ClientNode& node, const std::u16string& name) {
+    const auto oid = static_cast<CEOID>(node.number);
+    switch (node.kind) {
+        case NodeKind::kClient: {
+            ClientRecord other;
+            return tables.clients.seekEqual(CEPROPVAL::wstr(kPropClient, name)) &&
+                   readClient(tables.clients, &other) && other.oid != oid;
+        }
+        case NodeKind::kProject:
+        case NodeKind::kTask:
+            if (node.kind == NodeKind::kProject || !node.project.empty()) {
+                const bool project = node.kind == NodeKind::kProject;
+                for (const ProjectRecord& pair : projectsOf(tables.projects, node.clientId)) {
+                    if (project ? pair.project == name
+                                : pair.oid != oid && pair.project == node.project &&
+                                      pair.task == name) {
+                        return true;
+                    }
+                }
+                return false;
+            }
+            return holdsName(namesOf(tables.tasks, node.clientId), oid, name);
+        case NodeKind::kContact:
+            return holdsName(namesOf(tables.contacts, node.clientId), oid, name);
+        case NodeKind::kGroup:
+            break;
+    }
+    return false;
+}
+
+bool writeName(MasterTables& tables, const ClientNode& node, const std::u16string& text) {
     const auto oid = static_cast<CEOID>(node.number);
     switch (node.kind) {
         case NodeKind::kClient:
@@ -126,6 +162,32 @@ bool renameNode(MasterTables& tables, const ClientNode& node, const std::u16stri
             break;
     }
     return false;
+}
+
+}  // namespace
+
+RenameOutcome renameNode(MasterTables& tables, const ClientNode& node, const std::u16string& name,
+                         std::u16string* newName) {
+    std::u16string text = limitText(name, renameLimit(node.kind));
+    if (newName) *newName = text;
+    if (node.kind == NodeKind::kGroup) return RenameOutcome::kMissing;
+    if (text.empty()) return RenameOutcome::kBlank;
+    if (text == node.text) return RenameOutcome::kUnchanged;
+    if (nameTaken(tables, node, text)) return RenameOutcome::kTaken;
+    return writeName(tables, node, text) ? RenameOutcome::kRenamed : RenameOutcome::kFailed;
+}
+
+NameKind nameKindOf(NodeKind kind) {
+    switch (kind) {
+        case NodeKind::kProject:
+            return NameKind::kProject;
+        case NodeKind::kTask:
+            return NameKind::kTask;
+        case NodeKind::kContact:
+            return NameKind::kContact;
+        default:
+            return NameKind::kClient;
+    }
 }
 
 std::u16string_view deleteQuestion(NodeKind kind) {

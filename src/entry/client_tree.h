@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "entry/unique_names.h"
 #include "store/master_data.h"
 
 namespace qb {
@@ -40,10 +41,15 @@ std::vector<ClientNode> clientTree(MasterTables& tables);
 // group (its title is fixed).
 std::size_t renameLimit(NodeKind kind);
 
-// Writes the new name, cut to the box's limit. A project is renamed in every
-// pair of its client; entries keep the texts they were saved with. An empty
-// name or a group changes nothing and answers false.
-bool renameNode(MasterTables& tables, const ClientNode& node, const std::u16string& name);
+// Writes the new name, cut to the box's limit (handed back in `newName`). A
+// project is renamed in every pair of its client; entries keep the texts
+// they were saved with. An empty name, a group, or a name that another
+// client, or another project, task or contact of the client, holds already
+// changes nothing.
+RenameOutcome renameNode(MasterTables& tables, const ClientNode& node, const std::u16string& name,
+                         std::u16string* newName = nullptr);
+// The kind of name a node carries, for nameTakenMessage.
+NameKind nameKindOf(NodeKind kind);
 
 inline constexpr std::u16string_view kDeleteClientQuestion =
     u"This will also delete all associated projects, tasks, contacts, and rates. However, time "

@@ -12,15 +12,18 @@ const std::vector<ListKind>& editableLists() {
     return kLists;
 }
 
-bool renameDropItem(ListTable& byKind, ListKind kind, const std::u16string& item,
-                    const std::u16string& text) {
+RenameOutcome renameDropItem(ListTable& byKind, ListKind kind, const std::u16string& item,
+                             const std::u16string& text, std::u16string* newText) {
     std::u16string edited = limitText(text, kDropItemLimit);
-    if (edited.empty()) return false;
+    if (newText) *newText = edited;
+    if (edited.empty()) return RenameOutcome::kBlank;
     CEOID oid = byKind.findItem(kind, item);
-    if (oid == 0) return false;
-    if (edited == item) return true;
-    if (byKind.findItem(kind, edited) != 0) return false;
-    return byKind.seekOid(oid) && byKind.update({CEPROPVAL::wstr(kPropText, edited)});
+    if (oid == 0) return RenameOutcome::kMissing;
+    if (edited == item) return RenameOutcome::kUnchanged;
+    if (byKind.findItem(kind, edited) != 0) return RenameOutcome::kTaken;
+    return byKind.seekOid(oid) && byKind.update({CEPROPVAL::wstr(kPropText, edited)})
+               ? RenameOutcome::kRenamed
+               : RenameOutcome::kFailed;
 }
 
 bool canDeleteAll(ListTable& byKind, ListKind kind) {

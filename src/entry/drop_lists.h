@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "entry/unique_names.h"
 #include "store/tables.h"
 
 namespace qb {
@@ -23,10 +24,10 @@ inline constexpr std::size_t kDropItemLimit = 63;
 const std::vector<ListKind>& editableLists();
 
 // Edits an item in place: its record takes the new text, cut to the box's
-// limit. Refused (false) for an empty text, an item that is not there, or a
-// text the list holds already.
-bool renameDropItem(ListTable& byKind, ListKind kind, const std::u16string& item,
-                    const std::u16string& text);
+// limit (handed back in `newText`). Refused for an empty text, an item that
+// is not there, or a text the list holds already.
+RenameOutcome renameDropItem(ListTable& byKind, ListKind kind, const std::u16string& item,
+                             const std::u16string& text, std::u16string* newText = nullptr);
 
 // "Delete All" is offered only for a list with at least one item.
 bool canDeleteAll(ListTable& byKind, ListKind kind);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "entry/client_migration.h"
 #include "entry/entry_form.h"
 #include "entry/mark_paid.h"
 #include "platform/data_file.h"
@@ -89,47 +90,109 @@ std::u16string stringProp(const std::vector<CEPROPVAL>& props, std::uint16_t pro
     return {};
 }
 
-// Every record of the table whose property equals `find`, rewritten.
+// A master record as Replace sees it: its owner and its one or two texts.
+struct MasterKey {
+    CEOID oid = 0;
+    ClientId client = 0;
+    std::u16string text;
+    std::u16string task;
+    bool operator==(const MasterKey& o) const {
+        return client == o.client && text == o.text && task == o.task;
+    }
+};
+
+// Every record of the table whose property equals `find` takes the
+// replacement; one that would then repeat a record of the same client
+// (the same name, or the same project/task pair) goes instead.
 bool renameRecords(PropertyTable& table, std::uint16_t prop, const std::u16string& find,
-                   const std::u16string& replacement, long* renamed) {
-    std::vector<CEOID> hits;
+                   const std::u16string& replacement, ReplaceResult* result) {
+    std::vector<MasterKey> keys;
     std::vector<CEPROPVAL> props;
     for (bool found = table.seekFirst(); found; found = table.seekNext()) {
         if (table.readAll(&props) != 0) break;
-        if (stringProp(props, prop) == find) hits.push_back(table.currentOid());
-    }
-    for (CEOID oid : hits) {
-        if (!table.seekOid(oid) || !table.update({CEPROPVAL::wstr(prop, replacement)})) {
-            return false;
+        MasterKey k;
+        k.oid = table.currentOid();
+        for (const CEPROPVAL& p : props) {
+            if (p.propid == makePropId(kPropClientId, CEVT_UI4))
+                k.client = static_cast<ClientId>(p.num);
         }
-        ++*renamed;
+        k.text = stringProp(props, kPropText);
+        k.task = stringProp(props, kPropTask);
+        keys.push_back(std::move(k));
+    }
+    for (MasterKey& hit : keys) {
+        std::u16string& field = prop == kPropTask ? hit.task : hit.text;
+        if (hit.oid == 0 || field != find) continue;
+        field = replacement;
+        const bool repeat = std::any_of(keys.begin(), keys.end(), [&](const MasterKey& k) {
+            return k.oid != 0 && k.oid != hit.oid && k == hit;
+        });
+        if (repeat) {
+            if (!table.remove(hit.oid)) return false;
+            hit.oid = 0;
+            ++result->masterMerged;
+        } else {
+            if (!table.seekOid(hit.oid) || !table.update({CEPROPVAL::wstr(prop, replacement)})) {
+                return false;
+            }
+            ++result->masterRenamed;
+        }
     }
     return true;
 }
 
+// A client renamed onto another client's name becomes that client: its
+// projects, tasks, contacts and rates move over, without repeats.
+bool renameClientText(MasterTables& tables, const std::u16string& find,
+                      const std::u16string& replacement, ReplaceResult* result) {
+    ClientRecord from;
+    if (!tables.clients.seekEqual(CEPROPVAL::wstr(kPropClient, find)) ||
+        !readClient(tables.clients, &from)) {
+        return true;
+    }
+    const ClientId into = clientIdOf(tables.clients, replacement);
+    if (into == kNoClient) {
+        if (!tables.clients.seekOid(from.oid) || !renameClient(tables.clients, replacement)) {
+            return false;
+        }
+        ++result->masterRenamed;
+        return true;
+    }
+    if (into == from.clientId) return true;
+    MigrationResult moved;
+    if (!mergeClientRecords(tables, from.clientId, into, &moved) ||
+        !tables.clients.remove(from.oid)) {
+        return false;
+    }
+    result->masterMerged += 1 + static_cast<long>(moved.merged);
+    result->masterRenamed += static_cast<long>(moved.moved);
+    return true;
+}
+
 bool renameMaster(MasterTables& tables, ReplaceField field, const std::u16string& find,
-                  const std::u16string& replacement, long* renamed) {
+                  const std::u16string& replacement, ReplaceResult* result) {
+    if (find == replacement) return true;
     ListKind kind;
     if (isListField(field, &kind)) {
         ListTable list(tables.clients.platform(), ListTable::Order::kByKind);
         if (!list.open()) return false;
         CEOID oid = list.findItem(kind, find);
         if (oid == 0) return true;
+        if (list.findItem(kind, replacement) != 0) {
+            if (!list.remove(oid)) return false;
+            ++result->masterMerged;
+            return true;
+        }
         if (!list.seekOid(oid) || !list.update({CEPROPVAL::wstr(kPropText, replacement)})) {
             return false;
         }
-        ++*renamed;
+        ++result->masterRenamed;
         return true;
     }
-    if (field == ReplaceField::kClient) {
-        if (!tables.clients.seekEqual(CEPROPVAL::wstr(kPropClient, find))) return true;
-        if (!renameClient(tables.clients, replacement)) return false;
-        ++*renamed;
-        return true;
-    }
+    if (field == ReplaceField::kClient) return renameClientText(tables, find, replacement, result);
     std::uint16_t prop = 0;
     PropertyTable* table = masterTable(tables, field, &prop);
-    return table && renameRecords(*table, prop, find, replacement, renamed);
+    return table && renameRecords(*table, prop, find, replacement, result);
 }
 
 long countEntries(EntryTable& entries) {
@@ -186,7 +249,7 @@ ReplaceResult replaceFieldText(DataFile& file, EntryTable& entries, MasterTables
     const std::u16string with = limitText(replacement, kReplacementLimit);
     if (progress) progress->setRange(countEntries(entries) + 1);
     if (!file.beginBatch()) return result;
-    if (!renameMaster(tables, field, find, with, &result.masterRenamed)) {
+    if (!renameMaster(tables, field, find, with, &result)) {
         file.rollbackBatch();
         return ReplaceResult();
     }
@@ -204,11 +267,11 @@ ReplaceResult replaceFieldText(DataFile& file, EntryTable& entries, MasterTables
         }
         if (progress) progress->step();
     }
-    if (!ok) {
+    if (!ok || !file.commitBatch()) {
         file.rollbackBatch();
-        return result;
+        return ReplaceResult();
     }
-    result.ok = file.commitBatch();
+    result.ok = true;
     return result;
 }
 

@@ -62,17 +62,23 @@ class ReplaceProgress {
 
 struct ReplaceResult {
     bool ok = false;
-    long masterRenamed = 0;   // master records and list items renamed
+    long masterRenamed = 0;   // master records and list items renamed (or moved)
+    long masterMerged = 0;    // records that went into the one already named so
     long entriesChanged = 0;  // entries rewritten
 };
 
-// Renames the master data of the field (whole texts, case-sensitive), then
+// Renames the master data of the field (whole texts, case-sensitive); where
+// the replacement names a record already there, the renamed one merges into
+// it: a client's projects, tasks, contacts and rates move to the client
+// named so, and a project/task pair, task, contact or list item that would
+// repeat one of the same client or list goes. Then it
 // walks every entry: where the field equals `find` exactly it takes the
 // replacement (cut to 127) and is written. The progress runs from 0 to the
 // number of entries + 1: one step after the master data, one per entry.
 // "Task" and "Project-Task" change the same entry field; "Task" renames
 // tasks outside projects, "Project-Task" the tasks of project pairs.
-// Writes go in batches; a failed batch stops with ok false.
+// All of it is one transaction: a failed write leaves the store as it was
+// and answers ok false.
 ReplaceResult replaceFieldText(DataFile& file, EntryTable& entries, MasterTables& tables,
                                ReplaceField field, const std::u16string& find,
                                const std::u16string& replacement, ReplaceProgress* progress);

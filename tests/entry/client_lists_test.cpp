@@ -69,9 +69,12 @@ TEST_F(ClientListsTest, DropListEditing) {
     ASSERT_TRUE(importDropItems(platform->file(), list, kListPhase, {u"A", u"B", u"A"}, &added));
     EXPECT_EQ(added, 2u);
     EXPECT_TRUE(canDeleteAll(list, kListPhase));
-    EXPECT_FALSE(renameDropItem(list, kListPhase, u"A", u"B")) << "B is there already";
-    EXPECT_FALSE(renameDropItem(list, kListPhase, u"A", u""));
-    ASSERT_TRUE(renameDropItem(list, kListPhase, u"A", std::u16string(70, u'x')));
+    EXPECT_EQ(renameDropItem(list, kListPhase, u"A", u"B"), RenameOutcome::kTaken);
+    EXPECT_EQ(renameDropItem(list, kListPhase, u"A", u""), RenameOutcome::kBlank);
+    EXPECT_EQ(renameDropItem(list, kListPhase, u"Z", u"Y"), RenameOutcome::kMissing);
+    EXPECT_EQ(renameDropItem(list, kListPhase, u"A", u"A"), RenameOutcome::kUnchanged);
+    ASSERT_EQ(renameDropItem(list, kListPhase, u"A", std::u16string(70, u'x')),
+              RenameOutcome::kRenamed);
     EXPECT_EQ(list.items(kListPhase), (Names{std::u16string(63, u'x'), u"B"}));
 }
 

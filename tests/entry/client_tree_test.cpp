@@ -13,6 +13,20 @@ std::vector<std::u16string> texts(const std::vector<ClientNode>& nodes) {
     return t;
 }
 
+// Every node's text, depth first: the whole tree in one list.
+void allTexts(const std::vector<ClientNode>& nodes, std::vector<std::u16string>* out) {
+    for (const ClientNode& n : nodes) {
+        out->push_back(n.text);
+        allTexts(n.children, out);
+    }
+}
+
+std::vector<std::u16string> allTexts(const std::vector<ClientNode>& nodes) {
+    std::vector<std::u16string> t;
+    allTexts(nodes, &t);
+    return t;
+}
+
 TEST_F(ClientTreeTest, ClientsSortedWithTheirThreeGroups) {
     ClientId zeta = client(u"zeta");
     client(u"Acme");
@@ -51,7 +65,7 @@ TEST_F(ClientTreeTest, RenamingAProjectRenamesEveryPair) {
     const std::vector<ClientNode> tree = clientTree(m);
     const ClientNode* web = findNode(tree, u"Acme", NodeKind::kProject, u"Web");
     ASSERT_TRUE(web);
-    ASSERT_TRUE(renameNode(m, *web, u"Site"));
+    ASSERT_EQ(renameNode(m, *web, u"Site"), RenameOutcome::kRenamed);
     int site = 0;
     for (const ProjectRecord& p : projectsOf(m.projects, acme)) site += p.project == u"Site";
     EXPECT_EQ(site, 3);
@@ -65,16 +79,69 @@ TEST_F(ClientTreeTest, RenameLimitsAndRefusals) {
     addContact(m.contacts, acme, u"Bob");
     addTask(m.tasks, acme, u"Admin");
     std::vector<ClientNode> tree = clientTree(m);
-    ASSERT_TRUE(renameNode(m, *findNode(tree, u"Acme", NodeKind::kContact, u"Bob"),
-                           std::u16string(80, u'b')));
+    ASSERT_EQ(renameNode(m, *findNode(tree, u"Acme", NodeKind::kContact, u"Bob"),
+                         std::u16string(80, u'b')),
+              RenameOutcome::kRenamed);
     EXPECT_EQ(namesOf(m.contacts, acme)[0].name, std::u16string(63, u'b'));
-    ASSERT_TRUE(renameNode(m, *findNode(tree, u"Acme", NodeKind::kTask, u"Admin"),
-                           std::u16string(200, u't')));
+    ASSERT_EQ(renameNode(m, *findNode(tree, u"Acme", NodeKind::kTask, u"Admin"),
+                         std::u16string(200, u't')),
+              RenameOutcome::kRenamed);
     EXPECT_EQ(namesOf(m.tasks, acme)[0].name, std::u16string(127, u't'));
-    EXPECT_FALSE(renameNode(m, tree[0], u""));
-    EXPECT_FALSE(renameNode(m, tree[0].children[0], u"Stuff")) << "groups keep their titles";
-    ASSERT_TRUE(renameNode(m, tree[0], u"Acme Ltd"));
+    EXPECT_EQ(renameNode(m, tree[0], u""), RenameOutcome::kBlank);
+    EXPECT_EQ(renameNode(m, tree[0].children[0], u"Stuff"), RenameOutcome::kMissing)
+        << "groups keep their titles";
+    ASSERT_EQ(renameNode(m, tree[0], u"Acme Ltd"), RenameOutcome::kRenamed);
     EXPECT_EQ(allClients(m.clients)[0].name, u"Acme Ltd");
+}
+
+// A rename onto a name its collection holds is refused and writes nothing;
+// the same name in another collection (another client's, another project's,
+// or a different case) is free.
+TEST_F(ClientTreeTest, RenameOntoATakenNameIsRefused) {
+    ClientId acme = client(u"Acme");
+    ClientId bolt = client(u"Bolt");
+    addProjectTask(m.projects, acme, u"Web", u"Design");
+    addProjectTask(m.projects, acme, u"Web", u"Build");
+    addProjectTask(m.projects, acme, u"Docs", u"Write");
+    addProjectTask(m.projects, bolt, u"App", u"Build");
+    addTask(m.tasks, acme, u"Admin");
+    addTask(m.tasks, acme, u"Support");
+    addContact(m.contacts, acme, u"Alice");
+    addContact(m.contacts, acme, u"Bob");
+    struct Case {
+        NodeKind kind;
+        std::u16string client, name, project, to;
+        RenameOutcome outcome;
+    };
+    const Case cases[] = {
+        {NodeKind::kClient, u"Acme", u"", u"", u"Bolt", RenameOutcome::kTaken},
+        {NodeKind::kClient, u"Acme", u"", u"", u"Acme", RenameOutcome::kUnchanged},
+        {NodeKind::kProject, u"Acme", u"Docs", u"", u"Web", RenameOutcome::kTaken},
+        {NodeKind::kTask, u"Acme", u"Design", u"Web", u"Build", RenameOutcome::kTaken},
+        {NodeKind::kTask, u"Acme", u"Admin", u"", u"Support", RenameOutcome::kTaken},
+        {NodeKind::kContact, u"Acme", u"Bob", u"", u"Alice", RenameOutcome::kTaken},
+        {NodeKind::kProject, u"Bolt", u"App", u"", u"Web", RenameOutcome::kRenamed},
+        {NodeKind::kTask, u"Acme", u"Write", u"Docs", u"Build", RenameOutcome::kRenamed},
+        {NodeKind::kTask, u"Acme", u"Admin", u"", u"Design", RenameOutcome::kRenamed},
+        {NodeKind::kContact, u"Acme", u"Bob", u"", u"alice", RenameOutcome::kRenamed},
+        {NodeKind::kClient, u"Bolt", u"", u"", u"acme", RenameOutcome::kRenamed},
+    };
+    for (const Case& c : cases) {
+        const std::vector<ClientNode> tree = clientTree(m);
+        const ClientNode* node = c.kind == NodeKind::kClient
+                                     ? findNode(tree, c.client, c.kind)
+                                     : findNode(tree, c.client, c.kind, c.name, c.project);
+        ASSERT_TRUE(node);
+        const std::vector<std::u16string> before = allTexts(tree);
+        EXPECT_EQ(renameNode(m, *node, c.to), c.outcome) << std::string(c.to.begin(), c.to.end());
+        if (c.outcome != RenameOutcome::kRenamed) {
+            EXPECT_EQ(allTexts(clientTree(m)), before);
+        }
+    }
+    EXPECT_EQ(nameTakenMessage(nameKindOf(NodeKind::kClient), u"Bolt"),
+              u"A client named \"Bolt\" already exists.");
+    EXPECT_EQ(nameTakenMessage(nameKindOf(NodeKind::kTask), u"Build"),
+              u"The task \"Build\" already exists.");
 }
 
 TEST_F(ClientTreeTest, DeleteCascadeKeepsEntries) {

@@ -1,5 +1,7 @@
 #include "entry/replace_text.h"
 
+#include <algorithm>
+
 #include "bulk_support.h"
 
 namespace qb {
@@ -85,6 +87,133 @@ TEST_F(ReplaceTextTest, DropListsAndChoices) {
     EXPECT_EQ(findChoices(m, ReplaceField::kCurrency), (std::vector<std::u16string>{u"Build"}));
     EXPECT_EQ(replaceFieldText(ReplaceField::kProjectTask), u"Project-Task");
     EXPECT_EQ(replaceFieldText(ReplaceField::kBillTo), u"Bill To");
+}
+
+// Replacing a client with the name of another client merges the two: the
+// projects, tasks, contacts and rates of the first move over, what the
+// second holds already is not repeated, and one client is left.
+TEST_F(ReplaceTextTest, ClientOntoAnotherClientMerges) {
+    ClientId acme = client(u"Acme");
+    ClientId bolt = client(u"Bolt");
+    addProjectTask(m.projects, acme, u"Web", u"Design");
+    addProjectTask(m.projects, acme, u"Web", u"Deploy");
+    addProjectTask(m.projects, acme, u"Docs", u"");
+    addProjectTask(m.projects, bolt, u"Web", u"Design");
+    addTask(m.tasks, acme, u"Admin");
+    addTask(m.tasks, acme, u"Support");
+    addTask(m.tasks, bolt, u"Support");
+    addContact(m.contacts, acme, u"Alice");
+    addContact(m.contacts, bolt, u"Alice");
+    addContact(m.contacts, acme, u"Carol");
+    addRate(m.rates, 0, 50, acme, u"Std", false);
+    addRate(m.rates, 0, 50, bolt, u"Std", false);
+    addRate(m.rates, 1, 75, acme, u"Late", false);
+    CEOID moved = entry(u"Acme", u"Admin", 1);
+
+    ReplaceResult r = replace(ReplaceField::kClient, u"Acme", u"Bolt");
+    ASSERT_TRUE(r.ok);
+    EXPECT_EQ(allClients(m.clients).size(), 1u);
+    EXPECT_EQ(clientIdOf(m.clients, u"Acme"), kNoClient);
+    EXPECT_EQ(stored(moved).client, u"Bolt");
+    EXPECT_EQ(r.entriesChanged, 1);
+
+    std::vector<std::u16string> pairs;
+    for (const ProjectRecord& p : projectsOf(m.projects, bolt)) {
+        pairs.push_back(p.project + u"/" + p.task);
+    }
+    std::sort(pairs.begin(), pairs.end());
+    EXPECT_EQ(pairs, (std::vector<std::u16string>{u"Docs/", u"Web/Deploy", u"Web/Design"}));
+    auto names = [](const std::vector<NamedRecord>& records) {
+        std::vector<std::u16string> n;
+        for (const NamedRecord& r : records) n.push_back(r.name);
+        std::sort(n.begin(), n.end());
+        return n;
+    };
+    EXPECT_EQ(names(namesOf(m.tasks, bolt)), (std::vector<std::u16string>{u"Admin", u"Support"}));
+    EXPECT_EQ(names(namesOf(m.contacts, bolt)), (std::vector<std::u16string>{u"Alice", u"Carol"}));
+    std::vector<std::u16string> rates;
+    for (const RateRecord& rate : ratesOf(m.rates, bolt)) rates.push_back(rate.description);
+    std::sort(rates.begin(), rates.end());
+    EXPECT_EQ(rates, (std::vector<std::u16string>{u"Late", u"Std"}));
+    // Nothing is left under the merged client's id.
+    EXPECT_TRUE(projectsOf(m.projects, acme).empty());
+    EXPECT_TRUE(namesOf(m.tasks, acme).empty());
+    EXPECT_TRUE(namesOf(m.contacts, acme).empty());
+    EXPECT_TRUE(ratesOf(m.rates, acme).empty());
+    // The client record and the repeated pair, task, contact and rate went;
+    // the other five records moved.
+    EXPECT_EQ(r.masterMerged, 5);
+    EXPECT_EQ(r.masterRenamed, 5);
+}
+
+// Project, task, bill-to and drop-list texts: a rename that would repeat a
+// record of the same client (or list) drops it; other clients keep theirs.
+TEST_F(ReplaceTextTest, TextsOntoPresentTextsMergeWithoutRepeats) {
+    struct Case {
+        ReplaceField field;
+        const char16_t* find;
+        const char16_t* with;
+        long merged;
+        long renamed;
+    };
+    const Case cases[] = {
+        {ReplaceField::kProject, u"Site", u"Web", 1, 2},  // Site/Design repeats Web/Design
+        {ReplaceField::kProjectTask, u"Draft", u"Design", 1, 1},
+        {ReplaceField::kTask, u"Admin", u"Support", 1, 1},  // Acme has both; Bolt only Admin
+        {ReplaceField::kBillTo, u"Bob", u"Alice", 1, 0},
+        {ReplaceField::kPhase, u"Draft", u"Final", 1, 0},
+    };
+    for (const Case& c : cases) {
+        auto store = Platform::inMemory();
+        MasterTables t(*store);
+        EntryTable none(*store);
+        ASSERT_TRUE(t.open() && none.open());
+        ClientId acme = 0;
+        ClientId bolt = 0;
+        addClient(t.clients, u"Acme", &acme);
+        addClient(t.clients, u"Bolt", &bolt);
+        addProjectTask(t.projects, acme, u"Web", u"Design");
+        addProjectTask(t.projects, acme, u"Site", u"Design");
+        addProjectTask(t.projects, acme, u"Site", u"Survey");
+        addProjectTask(t.projects, acme, u"Web", u"Draft");
+        addProjectTask(t.projects, acme, u"Docs", u"Draft");
+        addProjectTask(t.projects, bolt, u"Site", u"Design");
+        addTask(t.tasks, acme, u"Admin");
+        addTask(t.tasks, acme, u"Support");
+        addTask(t.tasks, bolt, u"Admin");
+        addContact(t.contacts, acme, u"Alice");
+        addContact(t.contacts, acme, u"Bob");
+        ListTable list(*store, ListTable::Order::kByKind);
+        ASSERT_TRUE(list.open());
+        list.addItem(kListPhase, u"Draft");
+        list.addItem(kListPhase, u"Final");
+
+        const ReplaceResult r =
+            replaceFieldText(store->file(), none, t, c.field, c.find, c.with, nullptr);
+        ASSERT_TRUE(r.ok);
+        EXPECT_EQ(r.masterMerged, c.merged) << static_cast<int>(c.field);
+        EXPECT_EQ(r.masterRenamed, c.renamed) << static_cast<int>(c.field);
+        // No client holds a repeat, whichever field was replaced.
+        for (ClientId id : {acme, bolt}) {
+            const auto pairs = projectsOf(t.projects, id);
+            for (std::size_t i = 0; i < pairs.size(); ++i) {
+                for (std::size_t j = i + 1; j < pairs.size(); ++j) {
+                    EXPECT_FALSE(pairs[i].project == pairs[j].project &&
+                                 pairs[i].task == pairs[j].task);
+                }
+            }
+            for (PropertyTable* named : {static_cast<PropertyTable*>(&t.tasks),
+                                         static_cast<PropertyTable*>(&t.contacts)}) {
+                const auto records = namesOf(*named, id);
+                for (std::size_t i = 0; i < records.size(); ++i) {
+                    for (std::size_t j = i + 1; j < records.size(); ++j) {
+                        EXPECT_NE(records[i].name, records[j].name);
+                    }
+                }
+            }
+        }
+        EXPECT_EQ(list.items(kListPhase).size(), c.field == ReplaceField::kPhase ? 1u : 2u);
+    }
 }
 
 TEST(ReplaceCheck, KeepsBothQuirks) {

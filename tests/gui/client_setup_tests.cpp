@@ -239,6 +239,21 @@ void ClientSetupTests::renameInPlace() {
     QCOMPARE(w.tree()->currentItem()->text(0), QStringLiteral("Portal"));
     QVERIFY(w.isVisible());
 
+    // A client renamed onto another client's name is refused and says so.
+    Messages messages;
+    QTreeWidgetItem* acmeItem = groupItem(w, "Acme", 0)->parent();
+    w.tree()->editItem(acmeItem);
+    box = w.tree()->findChild<QLineEdit*>("rename");
+    QVERIFY(box);
+    box->selectAll();
+    QTest::keyClicks(box, "Zeta");
+    QTest::keyClick(box, Qt::Key_Return);
+    QTRY_COMPARE(messages.texts(), QStringList{"A client named \"Zeta\" already exists."});
+    QCOMPARE(messages.shown[0].icon, MessageIcon::kExclamation);
+    QCOMPARE(acmeItem->text(0), QStringLiteral("Acme"));
+    QCOMPARE(idOf(*state, u"Acme"), acme);
+    QCOMPARE(allClients(state->masters().clients).size(), std::size_t{3});
+
     // A contact's box takes 63 characters.
     w.tree()->editItem(groupItem(w, "Acme", 2)->child(0));
     box = w.tree()->findChild<QLineEdit*>("rename");

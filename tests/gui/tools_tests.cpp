@@ -413,6 +413,12 @@ void ToolsTests::dropListsEditImportAndDeleteAll() {
         // In place, cut to 63; then Delete on the selection.
         items->item(0)->setText(QString(70, QLatin1Char('x')));
         QVERIFY(lists.findItem(kListPhase, std::u16string(63, u'x')) != 0);
+        // Onto a text the list holds: refused, said, and the item as stored.
+        items->item(0)->setText(QStringLiteral("Final"));
+        QTRY_COMPARE(messages.texts(), QStringList{"\"Final\" is in the list already."});
+        messages.shown.clear();
+        QCOMPARE(items->item(0)->text(), QString(63, QLatin1Char('x')));
+        QVERIFY(lists.findItem(kListPhase, std::u16string(63, u'x')) != 0);
         items->setCurrentRow(1);
         QVERIFY(remove->isEnabled());
         remove->click();

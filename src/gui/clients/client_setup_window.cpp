@@ -369,8 +369,16 @@ bool ClientSetupWindow::addItems(ListLevel level, const ListTarget& target,
 
 void ClientSetupWindow::renameAt(const QModelIndex& index, const QString& name) {
     const ClientNode node = nodeOf(index);
-    if (fromQt(name) == node.text || !renameNode(state_.masters(), node, fromQt(name))) return;
-    // The editor is still closing over this item: redraw once it is gone.
+    std::u16string newName;
+    const RenameOutcome outcome = renameNode(state_.masters(), node, fromQt(name), &newName);
+    // The editor is still closing over this item: redraw, or say why the
+    // name was refused, once it is gone.
+    if (outcome == RenameOutcome::kTaken) {
+        const QString refusal = toQt(nameTakenMessage(nameKindOf(node.kind), newName));
+        QTimer::singleShot(0, this, [this, refusal] { warn(this, refusal); });
+        return;
+    }
+    if (outcome != RenameOutcome::kRenamed) return;
     QTimer::singleShot(0, this, [this, node] { refill(node); });
 }
 

@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QStyledItemDelegate>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include "entry/drop_lists.h"
@@ -149,11 +150,18 @@ void DropListsDialog::updateButtons() {
 
 void DropListsDialog::itemEdited(QListWidgetItem* item) {
     const std::u16string stored = fromQt(item->data(Qt::UserRole).toString());
-    renameDropItem(*lists_, kind(), stored, fromQt(item->text()));
+    std::u16string edited;
+    const RenameOutcome outcome =
+        renameDropItem(*lists_, kind(), stored, fromQt(item->text()), &edited);
     // Refused or cut, the list shows what is stored.
     const int row = items_->row(item);
     refill();
     items_->setCurrentRow(row);
+    // Said once the edit box is gone, so that its closing cannot ask twice.
+    if (outcome == RenameOutcome::kTaken) {
+        const QString refusal = toQt(nameTakenMessage(NameKind::kDropItem, edited));
+        QTimer::singleShot(0, this, [this, refusal] { warn(this, refusal); });
+    }
 }
 
 void DropListsDialog::deleteSelected() {
