@@ -22,7 +22,7 @@ namespace {
 void editorBoxes(std::u16string_view text) {
     double value = qb::parseNumber(text);
     if (std::isnan(value)) __builtin_trap();
-    qb::parseHours(text);
+    qb::parseHundredths(text);
     qb::holdsLetter(text);
     qb::truncateToInt32(value);
     qb::twoDecimals(value);
