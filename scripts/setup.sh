@@ -7,6 +7,7 @@ packages=(
     cmake g++ make pkg-config
     qt6-base-dev libgl-dev libx11-dev libxss-dev
     libsqlite3-dev
+    libical-dev nlohmann-json3-dev timewarrior
     libgtest-dev libgmock-dev libbenchmark-dev
     python3 python3-olefile
 )

@@ -5,6 +5,7 @@
 #include "export/csv_export.h"
 #include "export/export_settings.h"
 #include "export/xml_export.h"
+#include "import/ical_export.h"
 #include "platform/platform.h"
 #include "platform/text.h"
 #include "views/entry_filter.h"
@@ -18,9 +19,9 @@ constexpr std::u16string_view kExportFailed =
 }  // namespace
 
 int runExport(CommandContext& ctx) {
-    if (ctx.words().empty()) return ctx.usage("export needs csv or xml");
+    if (ctx.words().empty()) return ctx.usage("export needs csv, xml or ical");
     const std::string& format = ctx.words()[0];
-    if (format != "csv" && format != "xml") {
+    if (format != "csv" && format != "xml" && format != "ical") {
         return ctx.usage("unknown export format '" + format + "'");
     }
     Args args;
@@ -32,8 +33,14 @@ int runExport(CommandContext& ctx) {
     const ExportSettings env = loadExportSettings(ctx.platform().registry(), ctx.settings());
     const std::string& file = args.positional()[0];
     std::string error;
-    const bool ok = format == "csv" ? ExportCsv(ctx.entries(), file, criteria, env, &error)
-                                    : ExportXml(ctx.entries(), file, criteria, env, &error);
+    bool ok = false;
+    if (format == "csv") {
+        ok = ExportCsv(ctx.entries(), file, criteria, env, &error);
+    } else if (format == "xml") {
+        ok = ExportXml(ctx.entries(), file, criteria, env, &error);
+    } else {
+        ok = ExportIcal(ctx.entries(), file, criteria, &error);
+    }
     return ok ? kExitOk : ctx.writeFailed(kExportFailed, error);
 }
 

@@ -2,6 +2,7 @@
 
 #include "cli/cli_text.h"
 #include "cli/command.h"
+#include "cli/entry_listing.h"
 #include "cli/period_args.h"
 #include "entry/entry_amount.h"
 #include "platform/date_format.h"
@@ -18,27 +19,9 @@
 namespace qb {
 namespace {
 
-constexpr const char* kHeader =
-    "id\tdate\tstart\tclient\tproject\tphase\ttask\tduration\tbillable\tpaid\tcurrency\trate\t"
-    "rateType\tamount\tbillTo\tcustom1\tcustom2\tcustom3\n";
-
-std::string startColumn(const TimeEntry& e) {
-    if (!hasStartTime(e)) return std::string();
-    return isoDateTimeMillis(e.date).substr(11, 5);
-}
-
 void printRecords(CommandContext& ctx, const std::vector<TimeEntry>& rows) {
-    std::ostream& o = ctx.out;
-    o << kHeader;
-    for (const TimeEntry& e : rows) {
-        o << e.recordOid << "\t" << isoDate(e.date) << "\t" << startColumn(e) << "\t"
-          << u8(e.client) << "\t" << u8(e.project) << "\t" << u8(e.phase) << "\t" << u8(e.task)
-          << "\t" << stringPrintf("%.2f", e.duration * 0.01) << "\t" << (e.billable ? "Y" : "N")
-          << "\t" << (e.paid ? "Y" : "N") << "\t" << u8(e.currency) << "\t"
-          << stringPrintf("%.2f", e.rate * 0.01) << "\t" << e.rateType << "\t"
-          << stringPrintf("%.2f", EntryAmount(e, ctx.settings())) << "\t" << u8(e.billTo) << "\t"
-          << u8(e.custom1) << "\t" << u8(e.custom2) << "\t" << u8(e.custom3) << "\n";
-    }
+    ctx.out << entryListingHeader();
+    for (const TimeEntry& e : rows) ctx.out << entryListingRow(e, ctx.settings());
 }
 
 void printTree(std::ostream& o, const std::vector<std::unique_ptr<TreeNode>>& nodes, int depth) {

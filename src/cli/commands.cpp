@@ -23,6 +23,7 @@ int runMarkPaid(CommandContext& ctx);
 int runReplace(CommandContext& ctx);
 int runNote(CommandContext& ctx);
 int runTimer(CommandContext& ctx);
+int runImport(CommandContext& ctx);
 
 namespace {
 
@@ -196,14 +197,48 @@ constexpr const char* kArchiveUsage =
     "(.qra). --delete deletes what was archived once the file is written (clients\n"
     "keep their entries). load adds the entries of a date-range archive.\n";
 
+constexpr const char* kImportUsage =
+    "usage: quillarbor import FORMAT FILE [--dry-run] [--client C] [--project P] [--task T]\n"
+    "                        [--billable | --non-billable] [--rate TEXT] [--currency C]\n"
+    "\n"
+    "Adds the time records of another tracker's file as entries, each checked as\n"
+    "'entry add' checks it (duration rule, rate rule, master data learned), all in\n"
+    "one transaction: when any row is refused (its line or record and the reason\n"
+    "are printed), nothing of the file is added. Rows imported before are left\n"
+    "alone, so importing a file again adds nothing. Times in UTC become local\n"
+    "time by TZ. The last line is 'imported N, already imported M, refused K'.\n"
+    "\n"
+    "FORMAT:\n"
+    "  timewarrior  'timew export' JSON: client:NAME, project:NAME, task:NAME tags,\n"
+    "               else the other tags as the task; the annotation as the note\n"
+    "  watson       Watson's frames file: project, the tags as the task\n"
+    "  toggl        Toggl Track detailed CSV: Client, Project, Task or Description,\n"
+    "               Billable, the rate from Amount (CUR)\n"
+    "  clockify     Clockify detailed CSV: Client, Project, Task or Description,\n"
+    "               Billable, Billable Rate (CUR)\n"
+    "  kimai        Kimai CSV: Customer, Project, Activity, Description, Hourly rate\n"
+    "               or Fixed rate\n"
+    "  harvest      Harvest time CSV: Client, Project, Task, Notes, Hours\n"
+    "  hamster      Hamster TSV: category, activity, description and tags\n"
+    "  ical         iCalendar VEVENTs (and timed VTODOs): 1st CATEGORIES the client,\n"
+    "               2nd the project, SUMMARY the task, DESCRIPTION the note\n"
+    "\n"
+    "Options fill what a row leaves empty. --dry-run prints the rows that would be\n"
+    "added, as 'list' prints them (id empty), and writes nothing.\n";
+
 constexpr const char* kExportUsage =
     "usage: quillarbor export csv FILE --from YYYY-MM-DD --to YYYY-MM-DD [CRITERIA]\n"
     "       quillarbor export xml FILE --from YYYY-MM-DD --to YYYY-MM-DD [CRITERIA]\n"
+    "       quillarbor export ical FILE --from YYYY-MM-DD --to YYYY-MM-DD [CRITERIA]\n"
     "\n"
     "Writes the entries dated from --from 00:00:00 to --to 23:59:59 that pass the\n"
     "criteria, exactly as the CSV and XML exports write them: the ANSI code page\n"
     "(UTF-16 for the XML Encoding choice UTF-16), note line breaks in CSV replaced\n"
     "as the BreakSub setting says.\n"
+    "ical writes one calendar event (VEVENT) per entry in UTF-8: SUMMARY the task,\n"
+    "DESCRIPTION the note, CATEGORIES the client then the project, the start and\n"
+    "the duration (an entry without a start time is an all-day event); 'import\n"
+    "ical' reads it back.\n"
     "\n"
     "CRITERIA: --client X --project X --phase X --task X --bill-to X --currency X\n"
     "  --custom1 X --custom2 X --custom3 X --rate-type N\n"
@@ -294,7 +329,8 @@ const std::vector<Command>& allCommands() {
         {"backup", "write a backup file, or restore one", kBackupUsage, runBackup},
         {"archive", "archive entries or clients to a file, or load an archive", kArchiveUsage,
          runArchive},
-        {"export", "write the chosen entries to a CSV or XML file", kExportUsage, runExport},
+        {"export", "write the chosen entries to a CSV, XML or iCalendar file", kExportUsage, runExport},
+        {"import", "add the entries of another time tracker's file", kImportUsage, runImport},
         {"report", "write an HTML report of the chosen entries", kReportUsage, runReport},
         {"layout", "list, show, save, delete, rename saved report layouts", kLayoutUsage,
          runLayout},

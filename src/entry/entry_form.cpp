@@ -22,8 +22,14 @@ void storeStart(const std::optional<SYSTEMTIME>& start, TimeEntry& entry) {
 // A Duration box that still shows the entry's duration keeps it exactly:
 // saving an entry again never changes hours the user did not touch, even
 // after the granularity option changed. A box holding a letter is left to
-// OK's letter test.
+// OK's letter test. A counted span goes through the rule in whole seconds.
 FormResult storeDuration(const EntryForm& form, const Settings& settings, TimeEntry& entry) {
+    if (form.spanSeconds) {
+        const std::optional<std::uint16_t> span = durationFromSeconds(*form.spanSeconds, settings);
+        if (!span) return refuse(kDurationRangeMessage, FormField::kDuration);
+        entry.duration = *span;
+        return {};
+    }
     const std::u16string box = limitText(form.duration, kDurationLimit);
     if (box == durationText(entry.duration) || holdsLetter(box)) return {};
     const std::optional<std::uint16_t> duration = durationFromText(box, settings);
@@ -40,7 +46,7 @@ FormResult applyGeneral(const EntryForm& form, TimeEntry& entry) {
     entry.phase = limitText(form.phase, kNameLimit);
     if (form.task.empty()) return refuse(kTaskBlankMessage, FormField::kTask);
     entry.task = limitText(form.task, kNameLimit);
-    if (holdsLetter(limitText(form.duration, kDurationLimit))) {
+    if (!form.spanSeconds && holdsLetter(limitText(form.duration, kDurationLimit))) {
         return refuse(kNumericOnlyMessage, FormField::kDuration);
     }
     return {};
@@ -131,7 +137,9 @@ FormPage pageOf(FormField field) {
 
 FormResult leaveGeneral(const EntryForm& form, const Settings& settings, TimeEntry& entry) {
     if (form.client.empty()) return refuse(kClientBlankMessage, FormField::kClient);
-    if (form.duration.empty()) return refuse(kDurationBlankMessage, FormField::kDuration);
+    if (!form.spanSeconds && form.duration.empty()) {
+        return refuse(kDurationBlankMessage, FormField::kDuration);
+    }
     return storeDuration(form, settings, entry);
 }
 

@@ -27,6 +27,9 @@ struct EntryForm {
     std::u16string phase;
     std::u16string task;
     std::u16string duration;
+    // A span measured in whole seconds (an imported record's end - start);
+    // when set it stands for the Duration box.
+    std::optional<std::int64_t> spanSeconds;
     // Billing
     bool billable = false;
     bool paid = false;
