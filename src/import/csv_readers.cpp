@@ -232,7 +232,7 @@ ReadStatus readToggl(std::string_view bytes, const ImportOptions&, const RowSink
     std::u16string currency;
     return forEachRecord(
         bytes, 0, "a Toggl Track detailed CSV export", &header,
-        {{"Start date"}, {"Start time"}, {"Description"}},
+        {{"Start date"}, {"Start time"}, {"Description"}, {"Duration"}},
         [&](const std::vector<std::string>& h) {
             client = columnOf(h, {"Client"});
             project = columnOf(h, {"Project"});

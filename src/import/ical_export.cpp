@@ -42,6 +42,39 @@ std::string withoutCr(const std::u16string& text) {
     return utf16ToUtf8(out);
 }
 
+// A TEXT value as RFC 5545 escapes it.
+std::string escapedText(const std::string& text) {
+    std::string out;
+    for (char c : text) {
+        if (c == '\\' || c == ',' || c == ';') {
+            out += '\\';
+            out += c;
+        } else if (c == '\n') {
+            out += "\\n";
+        } else if (c != '\r') {
+            out += c;
+        }
+    }
+    return out;
+}
+
+// A content line folded after 75 octets, never inside a UTF-8 character.
+std::string folded(const std::string& line) {
+    std::string out;
+    std::size_t width = 0;
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        const unsigned char c = static_cast<unsigned char>(line[i]);
+        const bool continuation = (c & 0xC0) == 0x80;
+        if (!continuation && width >= 75) {
+            out += "\r\n ";
+            width = 1;
+        }
+        out += line[i];
+        ++width;
+    }
+    return out + "\r\n";
+}
+
 }  // namespace
 
 std::string icalHeader() {
@@ -81,16 +114,16 @@ std::string icalEvent(const TimeEntry& entry, const std::string& stamp) {
         const std::string note = withoutCr(noteText(entry));
         icalcomponent_add_property(event, icalproperty_new_description(note.c_str()));
     }
-    icalcomponent_add_property(event,
-                               icalproperty_new_categories(utf16ToUtf8(entry.client).c_str()));
-    if (!entry.project.empty()) {
-        icalcomponent_add_property(event,
-                                   icalproperty_new_categories(utf16ToUtf8(entry.project).c_str()));
-    }
     char* text = icalcomponent_as_ical_string_r(event);
     std::string out = text ? text : "";
     icalmemory_free_buffer(text);
     icalcomponent_free(event);
+    // libical writes a comma inside a category as it is, which splits the
+    // category in two when read back; so the line is written here.
+    std::string categories = "CATEGORIES:" + escapedText(utf16ToUtf8(entry.client));
+    if (!entry.project.empty()) categories += "," + escapedText(utf16ToUtf8(entry.project));
+    const std::size_t end = out.rfind("END:VEVENT");
+    if (end != std::string::npos) out.insert(end, folded(categories));
     return out;
 }
 
