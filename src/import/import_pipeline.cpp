@@ -1,6 +1,7 @@
 #include "import/import_pipeline.h"
 
 #include <unordered_map>
+#include <unordered_set>
 
 #include "entry/duration_rule.h"
 #include "entry/entry_form.h"
@@ -94,6 +95,17 @@ bool checkRow(const ImportRow& row, const ImportOptions& options, const Settings
     return true;
 }
 
+// Every text the master data learns from an entry, in one key.
+std::u16string masterTexts(const TimeEntry& e) {
+    std::u16string key;
+    for (const std::u16string* t : {&e.client, &e.project, &e.task, &e.billTo, &e.phase,
+                                    &e.currency, &e.custom1, &e.custom2, &e.custom3}) {
+        key += *t;
+        key += u'\x1f';
+    }
+    return key;
+}
+
 }  // namespace
 
 ImportSummary importFile(ImportFormat format, std::string_view bytes, const ImportOptions& options,
@@ -112,6 +124,8 @@ ImportSummary importFile(ImportFormat format, std::string_view bytes, const Impo
     // Rows of the same content in one file are different pieces of work:
     // the second is told apart by its number.
     std::unordered_map<std::uint64_t, std::size_t> seen;
+    // The master data learns each combination of texts once.
+    std::unordered_set<std::u16string> learned;
     RowOutcome out;
     summary.read = readRows(format, bytes, options, [&](ImportRow& row) {
         std::uint64_t key = originKey(format, row.identity);
@@ -136,7 +150,8 @@ ImportSummary importFile(ImportFormat format, std::string_view bytes, const Impo
         }
         // After a refusal the rest is still checked, but no longer written.
         if (!dryRun && summary.refused == 0) {
-            if (saveEditedEntry(target.file, target.entries, target.masters, out.entry) !=
+            const bool learn = learned.insert(masterTexts(out.entry)).second;
+            if (saveEditedEntry(target.file, target.entries, target.masters, out.entry, learn) !=
                     EntrySave::kSaved ||
                 !origins.remember(key, out.entry.recordOid)) {
                 failed = true;

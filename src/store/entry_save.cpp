@@ -7,14 +7,14 @@
 namespace qb {
 
 EntrySave saveEditedEntry(DataFile& file, EntryTable& entries, MasterTables& masters,
-                          TimeEntry& entry) {
+                          TimeEntry& entry, bool learn) {
     if (!file.beginBatch()) return EntrySave::kNotStarted;
     // A new entry gets its id while the batch is open; a rollback takes the
     // record away again, so the id must go too or a second try would update
     // a record that does not exist.
     const CEOID before = entry.recordOid;
     if (saveEntry(entries, entry)) {
-        registerMasterData(masters, entry);
+        if (learn) registerMasterData(masters, entry);
         if (file.commitBatch()) return EntrySave::kSaved;
     } else {
         file.rollbackBatch();

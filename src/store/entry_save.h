@@ -20,8 +20,10 @@ enum class EntrySave {
 
 // Adds a new entry (recordOid becomes its id) or rewrites its record, then
 // registers its client, project, task, contact and drop-list texts. On
-// failure the entry keeps the record id it came with.
+// failure the entry keeps the record id it came with. A bulk add that
+// knows the master data already learned these texts (an earlier entry of
+// the same batch had them all) passes learn = false.
 EntrySave saveEditedEntry(DataFile& file, EntryTable& entries, MasterTables& masters,
-                          TimeEntry& entry);
+                          TimeEntry& entry, bool learn = true);
 
 }  // namespace qb

@@ -288,8 +288,8 @@ void registerMasterData(MasterTables& tables, const TimeEntry& entry) {
         }
         addContact(tables.contacts, id, entry.billTo);
     }
-    ListTable list(tables.clients.platform(), ListTable::Order::kByText);
-    if (!list.open()) return;
+    ListTable& list = tables.lists;
+    if (!list.isOpen() && !list.open()) return;
     list.addItem(kListPhase, entry.phase);
     list.addItem(kListCurrency, entry.currency);
     list.addItem(kListCustom1, entry.custom1);

@@ -188,7 +188,12 @@ bool SystemContactsTable::open(std::uint32_t flags) {
 }
 
 MasterTables::MasterTables(Platform& platform)
-    : clients(platform), projects(platform), tasks(platform), contacts(platform), rates(platform) {}
+    : clients(platform),
+      projects(platform),
+      tasks(platform),
+      contacts(platform),
+      rates(platform),
+      lists(platform, ListTable::Order::kByText) {}
 
 bool MasterTables::open() {
     return clients.open() && projects.open() && tasks.open() && contacts.open() && rates.open();

@@ -130,6 +130,9 @@ struct MasterTables {
     TaskTable tasks;
     ContactTable contacts;
     RateTable rates;
+    // The drop lists by text, opened on first use by registerMasterData, so
+    // that registering many entries opens it once.
+    ListTable lists;
 };
 
 }  // namespace qb
