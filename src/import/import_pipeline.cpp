@@ -82,14 +82,14 @@ bool checkRow(const ImportRow& row, const ImportOptions& options, const Settings
         *reason = utf16ToUtf8(kDurationBlankMessage);
         return false;
     }
-    const double hours = row.seconds ? *row.seconds / 3600.0 : parseHours(row.hours);
-    if (!durationInRange(hours)) {
-        *reason = utf16ToUtf8(kDurationRangeMessage) + " (" + hoursText(hours) + " hours)";
-        return false;
-    }
     FormResult result = applyForm(form, settings, entry);
     if (!result.ok) {
         *reason = utf16ToUtf8(result.message);
+        if (result.message == kDurationRangeMessage) {
+            // Say what the file holds, so the line is easy to find and fix.
+            *reason += row.seconds ? " (" + hoursText(*row.seconds / 3600.0) + " hours)"
+                                   : " (" + utf16ToUtf8(row.hours) + ")";
+        }
         return false;
     }
     return true;
