@@ -30,7 +30,7 @@ int fixedWidth(PropType type) {
 }
 
 class Reader {
-public:
+  public:
     explicit Reader(std::string_view bytes) : bytes_(bytes) {}
     bool atEnd() const { return pos_ == bytes_.size(); }
     bool take(int n, std::uint64_t* v) {
@@ -50,7 +50,7 @@ public:
         return true;
     }
 
-private:
+  private:
     std::string_view bytes_;
     std::size_t pos_ = 0;
 };
@@ -86,7 +86,10 @@ bool decodeProps(std::string_view bytes, std::vector<CEPROPVAL>* out) {
         PropType type = p.type();
         if (int width = fixedWidth(type)) {
             if (!r.take(width, &p.num)) return false;
-        } else if (type == CEVT_LPWSTR || type == CEVT_BLOB) {
+        } else {
+            // Strings count UTF-16 units; blobs, and every type this store
+            // does not know (the writer keeps those as counted bytes), count
+            // bytes. An unknown one is kept opaque, for readers to pass over.
             std::uint64_t n = 0;
             const char* data = nullptr;
             if (!r.take(4, &n)) return false;
@@ -95,14 +98,13 @@ bool decodeProps(std::string_view bytes, std::vector<CEPROPVAL>* out) {
             if (type == CEVT_LPWSTR) {
                 p.str.resize(n);
                 for (std::size_t i = 0; i < n; ++i) {
-                    p.str[i] = static_cast<char16_t>(static_cast<unsigned char>(data[2 * i]) |
-                                                     static_cast<unsigned char>(data[2 * i + 1]) << 8);
+                    p.str[i] =
+                        static_cast<char16_t>(static_cast<unsigned char>(data[2 * i]) |
+                                              static_cast<unsigned char>(data[2 * i + 1]) << 8);
                 }
             } else {
                 p.blob.assign(data, data + n);
             }
-        } else {
-            return false;
         }
         out->push_back(std::move(p));
     }
@@ -131,7 +133,9 @@ std::string sortKeyOf(const CEPROPVAL& value) {
     return key;
 }
 
-std::string missingSortKey() { return std::string(1, '\1'); }
+std::string missingSortKey() {
+    return std::string(1, '\1');
+}
 
 std::string recordSortKey(const std::vector<CEPROPVAL>& props, std::uint32_t sortProp) {
     for (const CEPROPVAL& p : props) {

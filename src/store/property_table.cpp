@@ -36,7 +36,9 @@ bool PropertyTable::create() {
     return databaseOid_ != 0;
 }
 
-std::uint32_t PropertyTable::openSortOrder() const { return catalogue().sortOrders.front(); }
+std::uint32_t PropertyTable::openSortOrder() const {
+    return catalogue().sortOrders.front();
+}
 
 bool PropertyTable::open(std::uint32_t flags) {
     if (!loadName()) return false;
@@ -76,7 +78,9 @@ bool PropertyTable::seekNextEqual(const CEPROPVAL& value) {
     return handle_ && track(handle_->seek(CEDB_SEEK_VALUENEXTEQUAL, 0, &value));
 }
 
-bool PropertyTable::seekNext() { return handle_ && track(handle_->seek(CEDB_SEEK_CURRENT, 1)); }
+bool PropertyTable::seekNext() {
+    return handle_ && track(handle_->seek(CEDB_SEEK_CURRENT, 1));
+}
 
 bool PropertyTable::seekOid(CEOID oid) {
     return handle_ && track(handle_->seek(CEDB_SEEK_CEOID, oid));
@@ -129,7 +133,9 @@ bool PropertyTable::update(const std::vector<CEPROPVAL>& values) {
     return track(handle_->writeProps(currentOid_, values));
 }
 
-bool PropertyTable::remove(CEOID oid) { return handle_ && handle_->deleteRecord(oid); }
+bool PropertyTable::remove(CEOID oid) {
+    return handle_ && handle_->deleteRecord(oid);
+}
 
 bool PropertyTable::removeAllFor(ClientId clientId) {
     CEPROPVAL owner = CEPROPVAL::ui4(kPropClientId, clientId);

@@ -26,7 +26,7 @@ struct TableCatalogue {
 // The common wrapper of one property database. Each seek, read and write
 // keeps the identifier it reached in currentOid (0: no current record).
 class PropertyTable {
-public:
+  public:
     explicit PropertyTable(Platform& platform);
     virtual ~PropertyTable();
     PropertyTable(const PropertyTable&) = delete;
@@ -68,7 +68,7 @@ public:
     const std::u16string& name() const { return name_; }
     Platform& platform() { return platform_; }
 
-protected:
+  protected:
     virtual TableCatalogue catalogue() const = 0;
     // The sort order the table is opened in.
     virtual std::uint32_t openSortOrder() const;
@@ -77,7 +77,7 @@ protected:
     Platform& platform_;
     std::u16string name_;
 
-private:
+  private:
     CEOID currentOid_ = 0;
     std::unique_ptr<Database> handle_;
     CEOID databaseOid_ = 0;

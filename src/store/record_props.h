@@ -29,7 +29,7 @@ inline constexpr std::uint16_t kPropCustom3 = 1017;
 inline constexpr std::uint16_t kPropRateType = 1018;
 
 // List items and master data.
-inline constexpr std::uint16_t kPropText = 1101;  // item text, project, task or contact name
+inline constexpr std::uint16_t kPropText = 1101;      // item text, project, task or contact name
 inline constexpr std::uint16_t kPropListKind = 1102;  // also the rate type of a rate
 inline constexpr std::uint16_t kPropLayout = 1103;
 inline constexpr std::uint16_t kPropClientId = 1201;

@@ -13,7 +13,9 @@ TableCatalogue makeCatalogue(const char16_t* name, std::uint32_t typeId,
 
 constexpr std::uint32_t kNextClientIdProp = makePropId(kPropNextClientId, CEVT_UI4);
 
-CEPROPVAL kindValue(ListKind kind) { return CEPROPVAL::ui2(kPropListKind, kind); }
+CEPROPVAL kindValue(ListKind kind) {
+    return CEPROPVAL::ui2(kPropListKind, kind);
+}
 
 }  // namespace
 
@@ -129,7 +131,8 @@ bool ClientTable::open(std::uint32_t flags) {
             if (!list.seekEqual(kindValue(kListCounter))) {
                 std::uint32_t seed = 1;
                 if (existed) {
-                    if (auto key = platform_.registry().createKey(RegRoot::HKEY_CURRENT_USER, kAppKey)) {
+                    if (auto key =
+                            platform_.registry().createKey(RegRoot::HKEY_CURRENT_USER, kAppKey)) {
                         std::uint32_t value = 0;
                         if (key->queryDword("NextClient", &value) == ERROR_SUCCESS) seed = value;
                     }
@@ -173,7 +176,8 @@ ClientId ClientTable::nextClientId() {
 
 TableCatalogue SystemContactsTable::catalogue() const {
     std::u16string name = u"Contacts Database";
-    if (auto key = platform_.registry().openKey(RegRoot::HKEY_LOCAL_MACHINE, "Explorer\\Database")) {
+    if (auto key =
+            platform_.registry().openKey(RegRoot::HKEY_LOCAL_MACHINE, "Explorer\\Database")) {
         std::u16string stored;
         if (key->queryString("ContactsDatabase", 520, &stored) == ERROR_SUCCESS) name = stored;
     }

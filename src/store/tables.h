@@ -12,10 +12,10 @@
 namespace qb {
 
 class EntryTable : public PropertyTable {
-public:
+  public:
     using PropertyTable::PropertyTable;
 
-protected:
+  protected:
     TableCatalogue catalogue() const override;
 };
 
@@ -33,7 +33,7 @@ enum ListKind : std::uint16_t {
 // Drop-list items, saved report layouts and the client-id counter. Readers
 // by kind open it sorted by kind; writers of items sorted by text.
 class ListTable : public PropertyTable {
-public:
+  public:
     enum class Order { kByKind, kByText };
     ListTable(Platform& platform, Order order);
 
@@ -47,25 +47,25 @@ public:
     bool removeItem(ListKind kind, const std::u16string& text);
     bool removeKind(ListKind kind);
 
-protected:
+  protected:
     TableCatalogue catalogue() const override;
     std::uint32_t openSortOrder() const override;
 
-private:
+  private:
     Order order_;
 };
 
 class RateTable : public PropertyTable {
-public:
+  public:
     using PropertyTable::PropertyTable;
 
-protected:
+  protected:
     TableCatalogue catalogue() const override;
 };
 
 // Clients by name. Opening it also keeps the client-id counter record.
 class ClientTable : public PropertyTable {
-public:
+  public:
     explicit ClientTable(Platform& platform);
     ~ClientTable() override;
     bool open(std::uint32_t flags = 0) override;
@@ -73,44 +73,44 @@ public:
     // next one (an import adds thousands).
     ClientId nextClientId();
 
-protected:
+  protected:
     TableCatalogue catalogue() const override;
 
-private:
+  private:
     std::unique_ptr<ListTable> counter_;
 };
 
 class ProjectTable : public PropertyTable {
-public:
+  public:
     using PropertyTable::PropertyTable;
 
-protected:
+  protected:
     TableCatalogue catalogue() const override;
 };
 
 class TaskTable : public PropertyTable {
-public:
+  public:
     using PropertyTable::PropertyTable;
 
-protected:
+  protected:
     TableCatalogue catalogue() const override;
 };
 
 class ContactTable : public PropertyTable {
-public:
+  public:
     using PropertyTable::PropertyTable;
 
-protected:
+  protected:
     TableCatalogue catalogue() const override;
 };
 
 // The system's own address book, read only; never created here.
 class SystemContactsTable : public PropertyTable {
-public:
+  public:
     using PropertyTable::PropertyTable;
     bool open(std::uint32_t flags = 0) override;
 
-protected:
+  protected:
     TableCatalogue catalogue() const override;
 };
 

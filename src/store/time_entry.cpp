@@ -7,7 +7,9 @@
 namespace qb {
 namespace {
 
-constexpr std::uint32_t id(std::uint16_t number, PropType type) { return makePropId(number, type); }
+constexpr std::uint32_t id(std::uint16_t number, PropType type) {
+    return makePropId(number, type);
+}
 
 CEPROPVAL textValue(std::uint16_t number, const std::u16string& text) {
     CEPROPVAL v = CEPROPVAL::wstr(number, text);
@@ -39,7 +41,9 @@ void changeDate(TimeEntry& entry, Change change) {
 
 }  // namespace
 
-void resetEntry(TimeEntry& entry) { entry = TimeEntry(); }
+void resetEntry(TimeEntry& entry) {
+    entry = TimeEntry();
+}
 
 void setNotes(TimeEntry& entry, std::int32_t size, const std::uint8_t* bytes) {
     entry.notes.clear();
@@ -78,8 +82,9 @@ bool hasStartTime(const TimeEntry& entry) {
     return fileTimeToSystemTime(entry.date, &st) && st.wSecond == 1;
 }
 
-int readEntry(EntryTable& table, TimeEntry& entry) {
+int readEntry(EntryTable& table, TimeEntry& entry, bool* dated) {
     resetEntry(entry);
+    if (dated) *dated = false;
     std::vector<CEPROPVAL> props;
     int rc = table.readAll(&props);
     if (rc != 0) return rc;
@@ -88,6 +93,7 @@ int readEntry(EntryTable& table, TimeEntry& entry) {
         switch (p.propid) {
             case id(kPropDate, CEVT_FILETIME):
                 entry.date = p.num;
+                if (dated) *dated = true;
                 break;
             case id(kPropClient, CEVT_LPWSTR):
                 entry.client = p.str;
@@ -191,7 +197,9 @@ std::vector<CEPROPVAL> entryUpdateValues(const TimeEntry& e) {
             CEPROPVAL::ui2(kPropRateType, e.rateType)};
 }
 
-bool addEntry(EntryTable& table, const TimeEntry& entry) { return table.add(entryAddValues(entry)); }
+bool addEntry(EntryTable& table, const TimeEntry& entry) {
+    return table.add(entryAddValues(entry));
+}
 
 bool updateEntry(EntryTable& table, const TimeEntry& entry) {
     return table.update(entryUpdateValues(entry));

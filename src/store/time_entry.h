@@ -48,7 +48,8 @@ void clearStartTime(TimeEntry& entry);
 bool hasStartTime(const TimeEntry& entry);
 
 // Reads the table's current record: 0 read, 1 end of table, -1 error.
-int readEntry(EntryTable& table, TimeEntry& entry);
+// `dated`, when given, tells whether the record holds a date (1001).
+int readEntry(EntryTable& table, TimeEntry& entry, bool* dated = nullptr);
 bool addEntry(EntryTable& table, const TimeEntry& entry);
 // Rewrites the table's current record (the caller seeks recordOid first).
 bool updateEntry(EntryTable& table, const TimeEntry& entry);

@@ -32,12 +32,29 @@ TEST(RecordCodecTest, TruncatedOrUnknownBytesDoNotDecode) {
         if (cut == boundary) continue;
         EXPECT_FALSE(decodeProps(std::string_view(bytes).substr(0, cut), &out)) << cut;
     }
+    // A type the store does not know carries a byte count, like a blob.
     std::string unknownType = encodeProps({CEPROPVAL::ui4(1008, 5)});
-    unknownType[0] = 99;  // type 99
+    unknownType[0] = 99;  // type 99: count 5, and no bytes follow
     EXPECT_FALSE(decodeProps(unknownType, &out));
     std::string hugeCount = encodeProps({CEPROPVAL::wstr(1002, u"")});
     hugeCount[4] = hugeCount[5] = hugeCount[6] = hugeCount[7] = '\xFF';
     EXPECT_FALSE(decodeProps(hugeCount, &out));
+}
+
+TEST(RecordCodecTest, UnknownTypesAreKeptOpaqueBetweenKnownOnes) {
+    CEPROPVAL strange;
+    strange.propid = makePropId(1099, static_cast<PropType>(5));
+    strange.blob = {0, 0, 0, 0, 0, 0, 0xF0, 0x3F};
+    const std::string bytes =
+        encodeProps({CEPROPVAL::ui2(1006, 7), strange, CEPROPVAL::wstr(1002, u"after")});
+    std::vector<CEPROPVAL> out;
+    ASSERT_TRUE(decodeProps(bytes, &out));
+    ASSERT_EQ(out.size(), 3u);
+    EXPECT_EQ(out[0].num, 7u);
+    EXPECT_EQ(out[1].propid, strange.propid);
+    EXPECT_EQ(out[1].blob, strange.blob);
+    EXPECT_EQ(out[2].str, u"after");
+    EXPECT_EQ(encodeProps(out), bytes);
 }
 
 TEST(RecordCodecTest, KeysOrderAsTheStoreCompares) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "platform/calendar.h"
 #include "platform/platform.h"
 #include "store/entry_walk.h"
@@ -24,7 +26,7 @@ std::vector<std::uint16_t> numbersOf(const std::vector<CEPROPVAL>& props) {
 }
 
 class TimeEntryTest : public ::testing::Test {
-protected:
+  protected:
     std::unique_ptr<Platform> platform = Platform::inMemory();
     EntryTable table{*platform};
 
@@ -104,7 +106,7 @@ TEST_F(TimeEntryTest, ReadingFoldsTheOlderStartTimeAndTrustsOnlyOne) {
         CEPROPVAL::fileTime(kPropOldStartTime, at(1999, 3, 4, 9, 15, 7)),
         CEPROPVAL::ui2(kPropDuration, 65535),
     };
-    older[2].num = 2;  // a stored boolean that is not 1
+    older[2].num = 2;                          // a stored boolean that is not 1
     older.push_back(CEPROPVAL::ui4(4242, 1));  // unknown properties are ignored
     ASSERT_TRUE(table.add(older));
     TimeEntry e;
@@ -132,8 +134,8 @@ TEST_F(TimeEntryTest, StartTimeLivesInTheSecondsOfTheDate) {
 TEST_F(TimeEntryTest, TheWalkIncludesBothBoundsInDateOrder) {
     FILETIME start = at(2026, 3, 2);
     FILETIME end = at(2026, 3, 8, 23, 59, 59);
-    for (FILETIME d : {at(2026, 3, 9), end, at(2026, 3, 1, 23, 59, 59), start, at(2026, 3, 2, 0, 0, 1),
-                       at(2026, 3, 5, 12)}) {
+    for (FILETIME d : {at(2026, 3, 9), end, at(2026, 3, 1, 23, 59, 59), start,
+                       at(2026, 3, 2, 0, 0, 1), at(2026, 3, 5, 12)}) {
         TimeEntry e = minimal();
         e.date = d;
         ASSERT_TRUE(addEntry(table, e));
@@ -144,9 +146,11 @@ TEST_F(TimeEntryTest, TheWalkIncludesBothBoundsInDateOrder) {
         return true;
     });
     EXPECT_EQ(n, 4);
-    EXPECT_EQ(seen, (std::vector<FILETIME>{start, at(2026, 3, 2, 0, 0, 1), at(2026, 3, 5, 12), end}));
+    EXPECT_EQ(seen,
+              (std::vector<FILETIME>{start, at(2026, 3, 2, 0, 0, 1), at(2026, 3, 5, 12), end}));
 
-    long deleted = walkAndDelete(table, start, end, [&](const TimeEntry& e) { return e.date != end; });
+    long deleted =
+        walkAndDelete(table, start, end, [&](const TimeEntry& e) { return e.date != end; });
     EXPECT_EQ(deleted, 3);
     seen.clear();
     walkEntries(table, 0, ~0ull, [&](const TimeEntry& e) {
@@ -154,6 +158,72 @@ TEST_F(TimeEntryTest, TheWalkIncludesBothBoundsInDateOrder) {
         return true;
     });
     EXPECT_EQ(seen, (std::vector<FILETIME>{at(2026, 3, 1, 23, 59, 59), end, at(2026, 3, 9)}));
+}
+
+TEST_F(TimeEntryTest, APropertyOfAnUnknownTypeIsPassedOver) {
+    // Type 5 (a double on other stores) means nothing here.
+    CEPROPVAL strange;
+    strange.propid = makePropId(1099, static_cast<PropType>(5));
+    strange.blob = {1, 2, 3, 4, 5, 6, 7, 8};
+    CEPROPVAL wrongType = strange;
+    wrongType.propid = makePropId(kPropDuration, static_cast<PropType>(99));
+    CEOID odd = 0;
+    for (int day : {3, 4, 5}) {
+        TimeEntry e = minimal();
+        e.date = at(2026, 3, day);
+        ASSERT_TRUE(addEntry(table, e));
+        if (day == 4) {
+            odd = table.currentOid();
+            ASSERT_TRUE(table.update({strange, wrongType, CEPROPVAL::wstr(kPropPhase, u"after")}));
+        }
+    }
+    std::vector<std::u16string> phases;
+    std::vector<std::uint16_t> durations;
+    long n = walkEntries(table, at(2026, 3, 1), at(2026, 3, 31), [&](const TimeEntry& e) {
+        phases.push_back(e.phase);
+        durations.push_back(e.duration);
+        return true;
+    });
+    EXPECT_EQ(n, 3) << "the walk goes on past the record";
+    EXPECT_EQ(phases, (std::vector<std::u16string>{u"", u"after", u""}));
+    EXPECT_EQ(durations, (std::vector<std::uint16_t>{150, 150, 150}));
+
+    // Rewriting the entry keeps what it does not know.
+    TimeEntry e;
+    ASSERT_TRUE(table.seekOid(odd));
+    ASSERT_EQ(readEntry(table, e), 0);
+    e.task = u"Changed";
+    ASSERT_TRUE(updateEntry(table, e));
+    const std::vector<CEPROPVAL> props = storedProps(e.recordOid);
+    auto kept = std::find_if(props.begin(), props.end(),
+                             [&](const CEPROPVAL& p) { return p.propid == strange.propid; });
+    ASSERT_NE(kept, props.end());
+    EXPECT_EQ(kept->blob, strange.blob);
+}
+
+TEST_F(TimeEntryTest, ARecordWithoutADateBelongsToNoPeriod) {
+    TimeEntry dated = minimal();
+    dated.date = at(2026, 3, 4);
+    ASSERT_TRUE(addEntry(table, dated));
+    ASSERT_TRUE(table.add({CEPROPVAL::wstr(kPropClient, u"Nowhen"),
+                           CEPROPVAL::wstr(kPropTask, u"T"), CEPROPVAL::ui2(kPropDuration, 100)}));
+    bool isDated = true;
+    TimeEntry undated;
+    ASSERT_EQ(readEntry(table, undated, &isDated), 0);
+    EXPECT_FALSE(isDated);
+    // Not the period that reaches the end of the table, nor the whole range.
+    for (FILETIME start : {at(2026, 3, 2), at(2026, 3, 9), FILETIME{0}}) {
+        std::vector<std::u16string> clients;
+        walkEntries(table, start, ~FILETIME{0}, [&](const TimeEntry& e) {
+            clients.push_back(e.client);
+            return true;
+        });
+        EXPECT_EQ(clients, start <= at(2026, 3, 4) ? std::vector<std::u16string>{u"Acme"}
+                                                   : std::vector<std::u16string>{})
+            << start;
+    }
+    EXPECT_EQ(walkAndDelete(table, 0, ~FILETIME{0}, [](const TimeEntry&) { return true; }), 1);
+    EXPECT_TRUE(table.seekFirst()) << "the undated record is left alone";
 }
 
 TEST_F(TimeEntryTest, ReadingPastTheEndAnswersOneAndResets) {
