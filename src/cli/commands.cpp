@@ -44,14 +44,21 @@ constexpr const char* kEntryUsage =
     "  --date YYYY-MM-DD      the day (add: today)\n"
     "  --start HH:MM          the start time (add: none); --no-start clears it\n"
     "  --client C  --project P  --phase P  --task T\n"
-    "  --duration TEXT        hours, as typed into the Duration box (1.5)\n"
+    "  --duration TEXT        hours, as typed into the Duration box (1.5), cut\n"
+    "                         after the second decimal; 0 to 655.35\n"
     "  --billable | --non-billable   (add: the Billable default of the options)\n"
     "  --paid | --unpaid\n"
     "  --currency C           (add: the default currency)\n"
-    "  --rate TEXT            as typed into the rate box\n"
+    "  --rate TEXT            as typed into the rate box, cut after the second\n"
+    "                         decimal; 0 to 42949672.95\n"
     "  --rate-type N          0 Normal, 1 Overtime, 2 Weekend, 3 Fixed, 4 Discount\n"
     "  --bill-to B  --custom1 X  --custom2 X  --custom3 X\n"
-    "  --note TEXT\n";
+    "  --note TEXT\n"
+    "\n"
+    "update keeps the duration and rate it is not given exactly. --rate, --paid,\n"
+    "--currency, --bill-to and --rate-type are refused for an entry that is not\n"
+    "billable: add --billable. No text but the note may hold a tab, line break\n"
+    "or other control character.\n";
 
 constexpr const char* kClientUsage =
     "usage: quillarbor client list\n"
@@ -109,7 +116,9 @@ constexpr const char* kRateUsage =
     "\n"
     "Rate types: 0 Normal, 1 Overtime, 2 Weekend, 3 Fixed (the whole amount,\n"
     "whatever the duration), 4 Discount. list prints the rates in Rate Setup order:\n"
-    "id clientId client type rate description flag. add prints the new rate's id.\n";
+    "id clientId client type rate description flag. add prints the new rate's id.\n"
+    "A rate lies in 0 to 42949672.95 and is kept in hundredths, cut (0.29 is\n"
+    "kept as 0.28); update without --rate keeps the rate exactly.\n";
 
 constexpr const char* kDroplistUsage =
     "usage: quillarbor droplist list|clear LIST [--yes]\n"
