@@ -23,6 +23,12 @@ inline std::string joined(const Words& words) {
     return text;
 }
 
+// The words of `base` followed by `more`.
+inline Words with(Words base, const Words& more) {
+    base.insert(base.end(), more.begin(), more.end());
+    return base;
+}
+
 class CliTest : public ::testing::Test {
   protected:
     // Not created beforehand: the first command makes it.

@@ -18,11 +18,6 @@ constexpr const char* kNumericOnly = "This field accepts numeric values only.";
 
 const Words kMinimal = {"--client", "Acme", "--task", "Design", "--duration", "1.5"};
 
-Words with(Words base, const Words& more) {
-    base.insert(base.end(), more.begin(), more.end());
-    return base;
-}
-
 TEST_F(EntryCli, NewEntryTakesTodayAndTheDefaults) {
     const std::string id = addEntry(kMinimal);
     EXPECT_EQ(ok({"entry", "show", id}), "id\t" + id +

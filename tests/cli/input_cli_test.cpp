@@ -18,11 +18,6 @@ constexpr const char* kRateRange = "Rate must be between 0 and 42,949,672.95.";
 
 const Words kEntry = {"entry", "add", "--client", "Acme", "--task", "Design"};
 
-Words with(Words base, const Words& more) {
-    base.insert(base.end(), more.begin(), more.end());
-    return base;
-}
-
 bool contains(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;
 }
