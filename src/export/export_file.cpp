@@ -113,6 +113,11 @@ bool ExportFile::writeConvertedPart(std::u16string_view text) {
     return ok();
 }
 
+bool ExportFile::writeConvertedBytes(std::string_view bytes, std::uint64_t units) {
+    runUnits_ += units;
+    return writeRaw(bytes.data(), bytes.size());
+}
+
 bool ExportFile::endConvertedRun() {
     const std::uint64_t end = runStart_ + runUnits_;
     if (out_.size() > end) {

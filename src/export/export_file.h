@@ -42,7 +42,12 @@ class ExportFile {
     // the count rule holds for the run as a whole, as if it were one text.
     void beginConvertedRun();
     bool writeConvertedPart(std::u16string_view text);
+    // A part converted beforehand (appendCodePage) from `units` code units.
+    bool writeConvertedBytes(std::string_view bytes, std::uint64_t units);
     bool endConvertedRun();
+
+    // Appends the code page's bytes for `text`, as many as they come to.
+    void appendCodePage(std::string& out, std::u16string_view text) const;
 
     // Appends the bytes writeConverted writes for `text` to `out`, so that
     // many short texts can go to the file in one write.
@@ -57,9 +62,6 @@ class ExportFile {
     const std::string& fileName() const { return out_.path(); }
 
   private:
-    // Appends the code page's bytes, as many as they come to.
-    void appendCodePage(std::string& out, std::u16string_view text) const;
-
     FileWriter out_;
     std::string codePage_;
     bool asciiAsIs_ = false;  // the code page keeps ASCII unchanged

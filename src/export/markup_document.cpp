@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "export/markup_writer.h"
 #include "platform/string_printf.h"
 #include "platform/text.h"
 
@@ -76,27 +77,7 @@ Token nextToken(const std::u16string& text, std::size_t from) {
 std::u16string escape(std::u16string_view text, bool attribute) {
     std::u16string out;
     out.reserve(text.size() + text.size() / 10 + 7);
-    for (char16_t c : text) {
-        switch (c) {
-            case u'<':
-                out += u"&lt;";
-                break;
-            case u'&':
-                out += u"&amp;";
-                break;
-            case u'>':
-                out += u"&gt;";
-                break;
-            case u'\'':
-                attribute ? out += u"&apos;" : out += c;
-                break;
-            case u'"':
-                attribute ? out += u"&quot;" : out += c;
-                break;
-            default:
-                out += c;
-        }
-    }
+    appendEscaped(out, text, attribute);
     return out;
 }
 

@@ -3,7 +3,7 @@
 #include "entry/entry_amount.h"
 #include "entry/note_text.h"
 #include "export/export_file.h"
-#include "export/markup_document.h"
+#include "export/markup_writer.h"
 #include "platform/calendar.h"
 #include "platform/string_printf.h"
 #include "store/time_entry.h"
@@ -14,6 +14,9 @@ namespace {
 
 constexpr std::u16string_view kLabels[] = {u"(Default)",  u"UTF-8", u"UTF-16",
                                            u"ISO-8859-1", u"Big-5", u"Shift-JIS"};
+
+// Markup is written to the file in pieces of about this many code units.
+constexpr std::size_t kDrainUnits = 1 << 15;
 
 std::u16string ascii(const std::string& s) {
     return std::u16string(s.begin(), s.end());
@@ -36,7 +39,7 @@ std::u16string xmlDeclaration(std::uint16_t encoding) {
     return d;
 }
 
-void addXmlItem(MarkupDocument& doc, const TimeEntry& e, const ExportSettings& env) {
+void writeXmlItem(MarkupWriter& out, const TimeEntry& e, const ExportSettings& env) {
     static const std::u16string kDatePicture = u"yyyy-MM-dd";
     // Twelve-hour hours without a marker: 13:30 is "01:30:00". Files have
     // always been written so, and readers of them expect it.
@@ -44,47 +47,37 @@ void addXmlItem(MarkupDocument& doc, const TimeEntry& e, const ExportSettings& e
     SYSTEMTIME when{};
     fileTimeToSystemTime(e.date, &when);
 
-    doc.AddChildElem(u"ITEM");
-    doc.AddChildAttrib(u"Billable", e.billable ? u"Y" : u"N");
-    doc.AddChildAttrib(u"Paid", e.paid ? u"Y" : u"N");
-    doc.IntoElem();
-    doc.AddChildElem(u"DATE", getDateFormat(env.locale, 0, when, &kDatePicture));
-    doc.AddChildElem(u"CLIENT", e.client);
-    doc.AddChildElem(u"PROJECT", e.project);
-    doc.AddChildElem(u"PHASE", e.phase);
-    doc.AddChildElem(u"TASK", e.task);
+    out.start(u"ITEM");
+    out.attrib(u"Billable", e.billable ? u"Y" : u"N");
+    out.attrib(u"Paid", e.paid ? u"Y" : u"N");
+    out.leaf(u"DATE", getDateFormat(env.locale, 0, when, &kDatePicture));
+    out.leaf(u"CLIENT", e.client);
+    out.leaf(u"PROJECT", e.project);
+    out.leaf(u"PHASE", e.phase);
+    out.leaf(u"TASK", e.task);
     if (hasStartTime(e)) {
         SYSTEMTIME start = when;
         start.wSecond = 0;
-        doc.AddChildElem(u"START", getTimeFormat(env.locale, 0, start, &kTimePicture));
+        out.leaf(u"START", getTimeFormat(env.locale, 0, start, &kTimePicture));
     }
-    doc.AddChildElem(u"DURATION", ascii(stringPrintf("%.2f", e.duration * 0.01)));
-    doc.AddChildElem(u"CURRENCY", e.currency);
+    out.leaf(u"DURATION", ascii(stringPrintf("%.2f", e.duration * 0.01)));
+    out.leaf(u"CURRENCY", e.currency);
     if (e.rate * 0.01 != 0) {
-        doc.AddChildElem(u"RATE", ascii(stringPrintf("%.2f", e.rate * 0.01)));
-        doc.AddChildAttrib(u"Type", ascii(stringPrintf("%d", e.rateType)));
+        out.start(u"RATE");
+        out.attrib(u"Type", ascii(stringPrintf("%d", e.rateType)));
+        out.text(ascii(stringPrintf("%.2f", e.rate * 0.01)));
+        out.end();
     }
-    doc.AddChildElem(u"AMOUNT", ascii(stringPrintf("%.02f", EntryAmount(e, env.settings))));
-    doc.AddChildElem(u"BILLTO", e.billTo);
-    doc.AddChildElem(u"CUSTOM1", e.custom1);
-    doc.AddChildElem(u"CUSTOM2", e.custom2);
-    doc.AddChildElem(u"CUSTOM3", e.custom3);
+    out.leaf(u"AMOUNT", ascii(stringPrintf("%.02f", EntryAmount(e, env.settings))));
+    out.leaf(u"BILLTO", e.billTo);
+    out.leaf(u"CUSTOM1", e.custom1);
+    out.leaf(u"CUSTOM2", e.custom2);
+    out.leaf(u"CUSTOM3", e.custom3);
     if (!e.notes.empty()) {
         std::u16string note = noteText(e);
-        if (!note.empty()) doc.AddChildElem(u"NOTES", note);
+        if (!note.empty()) out.leaf(u"NOTES", note);
     }
-    doc.OutOfElem();
-}
-
-MarkupDocument buildXmlDocument(EntryTable& table, const EntryFilter& filter,
-                                const ExportSettings& env) {
-    MarkupDocument doc;
-    doc.AddElem(u"ITEMS");
-    walkMatching(table, filter, [&](const TimeEntry& e) {
-        addXmlItem(doc, e, env);
-        return true;
-    });
-    return doc;
+    out.end();
 }
 
 bool ExportXml(EntryTable& table, const std::string& fileName, const EntryFilter& filter,
@@ -92,16 +85,32 @@ bool ExportXml(EntryTable& table, const std::string& fileName, const EntryFilter
     ExportFile file(fileName, env.codePage);
     if (file.create()) {
         const std::uint16_t encoding = env.settings.encoding;
-        const std::u16string declaration = xmlDeclaration(encoding);
-        if (encoding == kEncodingUtf16) {
+        const bool wide = encoding == kEncodingUtf16;
+        if (wide) {
             static constexpr std::uint8_t kByteOrderMark[] = {0xFF, 0xFE};
             file.writeRaw(kByteOrderMark, sizeof kByteOrderMark);
-            file.writeWide(declaration);
-            if (file.ok()) file.writeWide(buildXmlDocument(table, filter, env).GetDoc());
+            file.writeWide(xmlDeclaration(encoding));
         } else {
-            file.writeConverted(declaration);
-            if (file.ok()) file.writeConverted(buildXmlDocument(table, filter, env).GetDoc());
+            file.writeConverted(xmlDeclaration(encoding));
+            // The document is one converted text, however many pieces it
+            // goes out in.
+            file.beginConvertedRun();
         }
+        std::u16string text;
+        const auto drain = [&] {
+            wide ? file.writeWide(text) : file.writeConvertedPart(text);
+            text.clear();
+        };
+        MarkupWriter out(text);
+        out.start(u"ITEMS");
+        walkMatching(table, filter, [&](const TimeEntry& e) {
+            writeXmlItem(out, e, env);
+            if (text.size() >= kDrainUnits) drain();
+            return file.ok();
+        });
+        out.end();
+        drain();
+        if (!wide) file.endConvertedRun();
         file.finish();
     }
     if (error) *error = file.error();

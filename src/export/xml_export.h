@@ -11,7 +11,7 @@
 namespace qb {
 
 class EntryTable;
-class MarkupDocument;
+class MarkupWriter;
 struct EntryFilter;
 struct TimeEntry;
 
@@ -24,13 +24,11 @@ std::u16string_view encodingLabel(std::uint16_t encoding);
 // declared as the default.
 std::u16string xmlDeclaration(std::uint16_t encoding);
 
-// Appends one ITEM under the main position (the ITEMS element).
-void addXmlItem(MarkupDocument& doc, const TimeEntry& entry, const ExportSettings& env);
-// The whole ITEMS document of the entries that pass `filter`.
-MarkupDocument buildXmlDocument(EntryTable& table, const EntryFilter& filter,
-                                const ExportSettings& env);
+// Writes one ITEM under the open ITEMS element.
+void writeXmlItem(MarkupWriter& out, const TimeEntry& entry, const ExportSettings& env);
 
-// Writes the declaration and the document. False when the file cannot be
+// Writes the declaration and the document, item by item as the entries are
+// walked. False when the file cannot be
 // created or a write fails (`error` then names the file and the reason); the
 // file is then left as it was.
 bool ExportXml(EntryTable& table, const std::string& fileName, const EntryFilter& filter,

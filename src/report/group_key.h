@@ -29,7 +29,8 @@ class GroupKey {
     // "Client: Acme"; empty when there is no field to group by.
     std::u16string heading(const TimeEntry& entry, const ExportSettings& env) const;
 
-  private:
+    // The key of an entry; groups follow each other in the order of their
+    // keys, and entries of one key keep their order.
     struct Value {
         std::int64_t number = 0;
         std::u16string text;
@@ -37,6 +38,7 @@ class GroupKey {
     };
     Value valueOf(const TimeEntry& entry) const;
 
+  private:
     int field_;  // report field number, -1 for none
     bool started_ = false;
     Value current_;

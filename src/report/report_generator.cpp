@@ -1,8 +1,12 @@
 #include "report/report_generator.h"
 
+#include <cstdio>
+#include <cstring>
+#include <map>
 #include "entry/entry_amount.h"
 #include "export/export_file.h"
-#include "export/markup_document.h"
+
+#include "export/markup_writer.h"
 #include "platform/calendar.h"
 #include "platform/string_printf.h"
 #include "report/group_key.h"
@@ -28,6 +32,10 @@ std::u16string shortDate(const ExportSettings& env, const SYSTEMTIME& day) {
     return getDateFormat(env.locale, DATE_SHORTDATE, day, nullptr);
 }
 
+// The page goes to the file as one converted text, in pieces of about this
+// many code units.
+constexpr std::size_t kDrainUnits = 1 << 15;
+
 struct Sums {
     double hours = 0;
     double amount = 0;
@@ -39,89 +47,114 @@ struct FooterSums {
     double paidAmount = 0;
     double nonBillableHours = 0;
 
-    void add(const TimeEntry& e, double amount) {
-        const double hours = e.duration * 0.01;
-        if (e.billable) {
+    void add(bool billable, bool paid, std::uint16_t duration, double amount) {
+        const double hours = duration * 0.01;
+        if (billable) {
             billableHours += hours;
-            (e.paid ? paidAmount : unpaidAmount) += amount;
+            (paid ? paidAmount : unpaidAmount) += amount;
         } else {
             nonBillableHours += hours;
         }
     }
 };
 
-// Writes the tables of a report under the body element (the main position).
+// The page's markup on its way to the file.
+class PageOut {
+  public:
+    explicit PageOut(ExportFile& file) : file_(file), markup(text_, u" />") {}
+
+    void drainIfFull() {
+        if (text_.size() >= kDrainUnits) drain();
+    }
+    void drain() {
+        file_.writeConvertedPart(text_);
+        text_.clear();
+    }
+    ExportFile& file() { return file_; }
+
+  private:
+    ExportFile& file_;
+    std::u16string text_;
+
+  public:
+    MarkupWriter markup;
+};
+
+// Writes the tables of a report under the body element.
 class TableWriter {
   public:
-    TableWriter(MarkupDocument& doc, const ReportRequest& request)
-        : doc_(doc), env_(request.env), fields_(shownFields(request.layout)) {}
+    TableWriter(MarkupWriter& out, const ReportRequest& request)
+        : out_(out), env_(request.env), fields_(shownFields(request.layout)) {}
 
     void open() {
-        doc_.AddChildElem(u"table");
-        doc_.AddChildAttrib(u"border", u"0");
-        doc_.AddChildAttrib(u"class", u"Data");
-        doc_.AddChildAttrib(u"cellpadding", u"2");
-        doc_.IntoElem();
-        doc_.AddChildElem(u"tr");
-        doc_.IntoElem();
-        for (int f : fields_) cell(u"th", reportFieldTitle(f, env_.settings), false);
-        doc_.OutOfElem();
+        out_.start(u"table");
+        out_.attrib(u"border", u"0");
+        out_.attrib(u"class", u"Data");
+        out_.attrib(u"cellpadding", u"2");
+        out_.start(u"tr");
+        for (int f : fields_) cell(out_, u"th", reportFieldTitle(f, env_.settings), false);
+        out_.end();
     }
 
-    void row(const TimeEntry& e) {
-        doc_.AddChildElem(u"tr");
-        doc_.IntoElem();
-        for (int f : fields_) cell(u"td", reportCellText(f, e, env_), reportFieldRightAligned(f));
-        doc_.OutOfElem();
+    // A row, into `out` (the page's writer, or one of its own).
+    void row(MarkupWriter& out, const TimeEntry& e) {
+        out.start(u"tr");
+        for (int f : fields_) {
+            cell(out, u"td", reportCellText(f, e, env_), reportFieldRightAligned(f));
+        }
+        out.end();
     }
 
     void total(const Sums& sums) {
-        doc_.AddChildElem(u"tr");
-        doc_.IntoElem();
+        out_.start(u"tr");
         for (std::size_t i = 0; i < fields_.size(); ++i) {
             if (i == 0) {
-                cell(u"td", u"Total", false);
+                cell(out_, u"td", u"Total", false);
             } else if (fields_[i] == kFieldDuration) {
-                cell(u"td", ascii(stringPrintf("%.02fh", sums.hours)), true);
+                cell(out_, u"td", ascii(stringPrintf("%.02fh", sums.hours)), true);
             } else if (fields_[i] == kFieldAmount) {
-                cell(u"td", ascii(stringPrintf("%.02f", sums.amount)), true);
+                cell(out_, u"td", ascii(stringPrintf("%.02f", sums.amount)), true);
             } else {
-                cell(u"td", u" ", false);
+                cell(out_, u"td", u" ", false);
             }
         }
-        doc_.OutOfElem();
+        out_.end();
     }
 
-    void close() { doc_.OutOfElem(); }
+    void close() { out_.end(); }
 
   private:
-    void cell(std::u16string_view tag, std::u16string_view text, bool right) {
-        doc_.AddChildElem(tag, text);
-        doc_.AddChildAttrib(u"class", u"Data");
-        if (right) doc_.AddChildAttrib(u"align", u"right");
+    static void cell(MarkupWriter& out, std::u16string_view tag, std::u16string_view text,
+                     bool right) {
+        out.start(tag);
+        out.attrib(u"class", u"Data");
+        if (right) out.attrib(u"align", u"right");
+        out.text(text);
+        out.end();
     }
 
-    MarkupDocument& doc_;
+    MarkupWriter& out_;
     const ExportSettings& env_;
     std::vector<int> fields_;
 };
 
-void openPage(MarkupDocument& doc, const ReportRequest& request) {
+void openPage(MarkupWriter& doc, const ReportRequest& request) {
     const std::u16string title = request.layout.title();
-    doc.AddElem(u"html");
-    doc.AddAttrib(u"xmlns", u"http://www.w3.org/1999/xhtml");
-    doc.AddChildElem(u"head");
-    doc.IntoElem();
-    doc.AddChildElem(u"title", title);
-    doc.AddChildElem(u"meta");
-    doc.AddChildAttrib(u"name", u"Generator");
-    doc.AddChildAttrib(u"content", u"Quillarbor");
-    doc.AddChildElem(u"style", kStyle);
-    doc.AddChildAttrib(u"type", u"text/css");
-    doc.OutOfElem();
-    doc.AddChildElem(u"body");
-    doc.IntoElem();
-    doc.AddChildElem(u"h1", title);
+    doc.start(u"html");
+    doc.attrib(u"xmlns", u"http://www.w3.org/1999/xhtml");
+    doc.start(u"head");
+    doc.leaf(u"title", title);
+    doc.start(u"meta");
+    doc.attrib(u"name", u"Generator");
+    doc.attrib(u"content", u"Quillarbor");
+    doc.end();
+    doc.start(u"style");
+    doc.attrib(u"type", u"text/css");
+    doc.text(kStyle);
+    doc.end();
+    doc.end();
+    doc.start(u"body");
+    doc.leaf(u"h1", title);
     std::u16string dates;
     const EntryFilter& c = *request.criteria;
     if (request.layout.dateSelection() == kDateRange) {
@@ -130,117 +163,225 @@ void openPage(MarkupDocument& doc, const ReportRequest& request) {
     } else if (request.layout.dateSelection() == kStartDateOnly) {
         dates = u"Date: " + shortDate(request.env, c.start);
     }
-    doc.AddChildElem(u"h2", dates);
+    doc.leaf(u"h2", dates);
 }
 
-void addFooter(MarkupDocument& doc, const ReportRequest& request, const FooterSums& sums) {
+void addFooter(MarkupWriter& doc, const ReportRequest& request, const FooterSums& sums) {
     const ReportLayout& layout = request.layout;
-    doc.AddChildElem(u"p");
-    doc.IntoElem();
-    const auto line = [&](FooterLine which, std::u16string text) {
-        if (layout.footerHidden(which) != 0) return false;
-        doc.AddChildElem(u"span", text);
-        return true;
+    doc.start(u"p");
+    const auto line = [&](FooterLine which, const std::u16string& text,
+                          std::u16string_view style = {}) {
+        if (layout.footerHidden(which) != 0) return;
+        doc.start(u"span");
+        if (!style.empty()) doc.attrib(u"style", style);
+        doc.text(text);
+        doc.end();
+        doc.start(u"br");
+        doc.end();
     };
-    const auto br = [&](bool shown) {
-        if (shown) doc.AddChildElem(u"br");
-    };
-    br(line(FooterLine::kBillableHours,
-            u"Total Billable Hours" + ascii(stringPrintf(": %.02fh", sums.billableHours))));
-    br(line(FooterLine::kUnpaidAmount,
-            u"Total Unpaid Amount" + ascii(stringPrintf(": %.02f", sums.unpaidAmount))));
-    br(line(FooterLine::kPaidAmount,
-            u"Total Paid Amount" + ascii(stringPrintf(": %.02f", sums.paidAmount))));
-    br(line(FooterLine::kNonBillableHours,
-            u"Total Non-Billable Hours" + ascii(stringPrintf(": %.02fh", sums.nonBillableHours))));
-    if (line(FooterLine::kReportDate, u"Report Date: " + shortDate(request.env, request.today))) {
-        doc.AddChildAttrib(u"style", u"font-size : xx-small;");
-        doc.AddChildElem(u"br");
-    }
-    doc.OutOfElem();
+    line(FooterLine::kBillableHours,
+         u"Total Billable Hours" + ascii(stringPrintf(": %.02fh", sums.billableHours)));
+    line(FooterLine::kUnpaidAmount,
+         u"Total Unpaid Amount" + ascii(stringPrintf(": %.02f", sums.unpaidAmount)));
+    line(FooterLine::kPaidAmount,
+         u"Total Paid Amount" + ascii(stringPrintf(": %.02f", sums.paidAmount)));
+    line(FooterLine::kNonBillableHours,
+         u"Total Non-Billable Hours" + ascii(stringPrintf(": %.02fh", sums.nonBillableHours)));
+    line(FooterLine::kReportDate, u"Report Date: " + shortDate(request.env, request.today),
+         u"font-size : xx-small;");
+    doc.end();
 }
 
-void addGrouped(MarkupDocument& doc, const ReportRequest& request, std::vector<TimeEntry>& entries,
-                FooterSums& footer) {
-    GroupKey key(request.layout.groupBy());
-    key.sort(entries);
-    TableWriter table(doc, request);
-    Sums group;
-    bool open = false;
-    for (const TimeEntry& e : entries) {
-        if (key.startsGroup(e)) {
-            if (open) {
-                table.total(group);
-                table.close();
-            }
-            const std::u16string heading = key.heading(e, request.env);
-            // A group without a field to name it has no heading to show.
-            if (request.layout.groupRule() != 0 || heading.empty()) {
-                doc.AddChildElem(u"hr");
-            } else {
-                doc.AddChildElem(u"h3", heading);
-            }
+// The heading before a group's table.
+void groupHeading(MarkupWriter& doc, const ReportRequest& request, const std::u16string& heading) {
+    // A group without a field to name it has no heading to show.
+    if (request.layout.groupRule() != 0 || heading.empty()) {
+        doc.start(u"hr");
+        doc.end();
+    } else {
+        doc.leaf(u"h3", heading);
+    }
+}
+
+// The walk comes in date order; groups of another key are kept aside, each
+// row already written in the code page with what its sums need, in memory up
+// to a bound and beyond it in a temporary file, and then written group by
+// group in the order of their keys.
+class GroupSpool {
+  public:
+    explicit GroupSpool(const GroupKey& key) : key_(key) {}
+    ~GroupSpool() {
+        if (spill_) std::fclose(spill_);
+    }
+    GroupSpool(const GroupSpool&) = delete;
+    GroupSpool& operator=(const GroupSpool&) = delete;
+
+    // Keeps the row of `e`; false when the temporary file fails.
+    bool add(const TimeEntry& e, const ReportRequest& request, double amount,
+             std::string_view bytes, std::uint64_t units) {
+        auto [it, added] = groups_.try_emplace(key_.valueOf(e));
+        Group& g = it->second;
+        if (added) g.heading = key_.heading(e, request.env);
+        Row row{static_cast<std::uint32_t>(bytes.size()),
+                static_cast<std::uint32_t>(units),
+                amount,
+                e.duration,
+                e.billable,
+                e.paid};
+        const char* raw = reinterpret_cast<const char*>(&row);
+        g.pending.append(raw, sizeof row);
+        g.pending.append(bytes);
+        held_ += sizeof row + bytes.size();
+        return held_ < kHeldBytes || spillAll();
+    }
+
+    // Writes every group: heading, table, rows, total.
+    bool write(PageOut& page, TableWriter& table, const ReportRequest& request,
+               FooterSums& footer) {
+        std::string block;
+        for (auto& [value, g] : groups_) {
+            groupHeading(page.markup, request, g.heading);
             table.open();
-            open = true;
-            group = Sums();
+            page.drain();
+            Sums sums;
+            for (const auto& [offset, size] : g.spilled) {
+                block.resize(size);
+                if (std::fseek(spill_, static_cast<long>(offset), SEEK_SET) != 0 ||
+                    std::fread(block.data(), 1, size, spill_) != size) {
+                    return false;
+                }
+                replay(block, page.file(), sums, footer);
+            }
+            replay(g.pending, page.file(), sums, footer);
+            std::string().swap(g.pending);
+            table.total(sums);
+            table.close();
+            page.drainIfFull();
         }
-        const double amount = EntryAmount(e, request.env.settings);
-        table.row(e);
-        group.hours += e.duration * 0.01;
-        group.amount += amount;
-        footer.add(e, amount);
+        return true;
     }
-    if (open) {
-        table.total(group);
-        table.close();
-    }
-}
 
-void addFlat(MarkupDocument& doc, const ReportRequest& request,
-             const std::vector<TimeEntry>& entries, FooterSums& footer) {
-    TableWriter table(doc, request);
-    table.open();
-    Sums all;
-    for (const TimeEntry& e : entries) {
-        const double amount = EntryAmount(e, request.env.settings);
-        table.row(e);
-        all.hours += e.duration * 0.01;
-        all.amount += amount;
-        footer.add(e, amount);
+  private:
+    struct Row {
+        std::uint32_t bytes;
+        std::uint32_t units;
+        double amount;
+        std::uint16_t duration;
+        bool billable;
+        bool paid;
+    };
+    struct Group {
+        std::u16string heading;
+        std::string pending;                                         // rows not spilled yet
+        std::vector<std::pair<std::uint64_t, std::size_t>> spilled;  // offset, size
+    };
+    // Rows held in memory before they go to the temporary file.
+    static constexpr std::size_t kHeldBytes = std::size_t{2} << 20;
+
+    bool spillAll() {
+        if (!spill_) spill_ = std::tmpfile();
+        if (!spill_) return false;
+        for (auto& [value, g] : groups_) {
+            if (g.pending.empty()) continue;
+            g.spilled.emplace_back(spillSize_, g.pending.size());
+            if (std::fwrite(g.pending.data(), 1, g.pending.size(), spill_) != g.pending.size()) {
+                return false;
+            }
+            spillSize_ += g.pending.size();
+            std::string().swap(g.pending);
+        }
+        held_ = 0;
+        return std::fflush(spill_) == 0;
     }
-    if (!entries.empty()) table.total(all);
-    table.close();
+
+    static void replay(std::string_view rows, ExportFile& file, Sums& sums, FooterSums& footer) {
+        while (rows.size() >= sizeof(Row)) {
+            Row row;
+            std::memcpy(&row, rows.data(), sizeof row);
+            rows.remove_prefix(sizeof row);
+            file.writeConvertedBytes(rows.substr(0, row.bytes), row.units);
+            rows.remove_prefix(row.bytes);
+            sums.hours += row.duration * 0.01;
+            sums.amount += row.amount;
+            footer.add(row.billable, row.paid, row.duration, row.amount);
+        }
+    }
+
+    const GroupKey& key_;
+    std::map<GroupKey::Value, Group> groups_;
+    std::size_t held_ = 0;
+    std::FILE* spill_ = nullptr;
+    std::uint64_t spillSize_ = 0;
+};
+
+// Writes the tables of the entries the walk gives, in date order.
+bool writeTables(PageOut& page, const ReportRequest& request, EntryTable& entries,
+                 FooterSums& footer) {
+    const EntryFilter& criteria = *request.criteria;
+    TableWriter table(page.markup, request);
+    Sums sums;
+    if (request.layout.type() != kGroupedReport) {
+        table.open();
+        long rows = 0;
+        walkMatching(entries, criteria, [&](const TimeEntry& e) {
+            const double amount = EntryAmount(e, request.env.settings);
+            table.row(page.markup, e);
+            sums.hours += e.duration * 0.01;
+            sums.amount += amount;
+            footer.add(e.billable, e.paid, e.duration, amount);
+            ++rows;
+            page.drainIfFull();
+            return page.file().ok();
+        });
+        if (rows > 0) table.total(sums);
+        table.close();
+        return true;
+    }
+    GroupKey key(request.layout.groupBy());
+    bool open = false;
+    if (key.keepsDateOrder()) {
+        walkMatching(entries, criteria, [&](const TimeEntry& e) {
+            if (key.startsGroup(e)) {
+                if (open) {
+                    table.total(sums);
+                    table.close();
+                }
+                groupHeading(page.markup, request, key.heading(e, request.env));
+                table.open();
+                open = true;
+                sums = Sums();
+            }
+            const double amount = EntryAmount(e, request.env.settings);
+            table.row(page.markup, e);
+            sums.hours += e.duration * 0.01;
+            sums.amount += amount;
+            footer.add(e.billable, e.paid, e.duration, amount);
+            page.drainIfFull();
+            return page.file().ok();
+        });
+        if (open) {
+            table.total(sums);
+            table.close();
+        }
+        return true;
+    }
+    GroupSpool spool(key);
+    std::u16string rowText;
+    MarkupWriter rowOut(rowText, u" />");
+    std::string bytes;
+    bool ok = true;
+    walkMatching(entries, criteria, [&](const TimeEntry& e) {
+        rowText.clear();
+        table.row(rowOut, e);
+        bytes.clear();
+        page.file().appendCodePage(bytes, rowText);
+        ok = spool.add(e, request, EntryAmount(e, request.env.settings), bytes, rowText.size());
+        return ok;
+    });
+    return ok && spool.write(page, table, request, footer);
 }
 
 }  // namespace
-
-MarkupDocument buildReport(const ReportRequest& request, std::vector<TimeEntry> entries) {
-    MarkupDocument doc;
-    openPage(doc, request);
-    FooterSums footer;
-    if (request.layout.type() == kGroupedReport) {
-        addGrouped(doc, request, entries, footer);
-    } else {
-        addFlat(doc, request, entries, footer);
-    }
-    addFooter(doc, request, footer);
-    return doc;
-}
-
-std::u16string reportFileText(const MarkupDocument& page) {
-    const std::u16string& text = page.GetDoc();
-    std::u16string out(kDocType);
-    out.reserve(kDocType.size() + text.size() + text.size() / 16);
-    std::size_t from = 0;
-    for (std::size_t at = text.find(u"/>"); at != std::u16string::npos;
-         at = text.find(u"/>", from)) {
-        out.append(text, from, at - from);
-        out += u" />";
-        from = at + 2;
-    }
-    out.append(text, from, std::u16string::npos);
-    return out;
-}
 
 ReportGenerator::ReportGenerator(EntryTable& table, const ReportLayout& layout, ExportSettings env,
                                  const SYSTEMTIME& today)
@@ -248,26 +389,26 @@ ReportGenerator::ReportGenerator(EntryTable& table, const ReportLayout& layout, 
 
 bool ReportGenerator::generate(const std::string& fileName, const EntryFilter& criteria,
                                std::string* error) {
-    std::vector<TimeEntry> entries;
-    walkMatching(table_, criteria, [&](const TimeEntry& e) {
-        entries.push_back(e);
-        return true;
-    });
-    std::u16string text;
-    {
-        ReportRequest request{layout_, &criteria, env_, today_};
-        MarkupDocument page = buildReport(request, std::move(entries));
-        text = reportFileText(page);
-    }
     ExportFile file(fileName, env_.codePage);
+    bool spooled = true;
     if (file.create()) {
-        const std::u16string_view docType = std::u16string_view(text).substr(0, kDocType.size());
-        file.writeConverted(docType);
-        file.writeConverted(std::u16string_view(text).substr(kDocType.size()));
-        file.finish();
+        file.writeConverted(kDocType);
+        // The page is one converted text, however many pieces it goes in.
+        file.beginConvertedRun();
+        const ReportRequest request{layout_, &criteria, env_, today_};
+        PageOut page(file);
+        openPage(page.markup, request);
+        FooterSums footer;
+        spooled = writeTables(page, request, table_, footer);
+        addFooter(page.markup, request, footer);
+        page.markup.end();  // body
+        page.markup.end();  // html
+        page.drain();
+        file.endConvertedRun();
+        if (spooled) file.finish();
     }
-    if (error) *error = file.error();
-    return file.ok();
+    if (error) *error = spooled ? file.error() : "cannot write the temporary file of " + fileName;
+    return spooled && file.ok();
 }
 
 }  // namespace qb

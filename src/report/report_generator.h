@@ -2,7 +2,8 @@
 
 // HTML reports of the entries a criteria record chooses, laid out by a
 // report layout: grouped (one table per group) or flat (one table). The
-// page is built as a markup document with no I/O; ReportGenerator writes it.
+// page is written as the entries are walked; groups whose key is not the
+// date are kept aside (on disk beyond a bound) and written in key order.
 
 #include <string>
 #include <vector>
@@ -14,7 +15,6 @@
 namespace qb {
 
 class EntryTable;
-class MarkupDocument;
 struct EntryFilter;
 struct TimeEntry;
 
@@ -27,13 +27,6 @@ struct ReportRequest {
     ExportSettings env;
     SYSTEMTIME today{};  // the report date of the footer
 };
-
-// The page of `entries`, which come in date order and have passed the
-// criteria already.
-MarkupDocument buildReport(const ReportRequest& request, std::vector<TimeEntry> entries);
-// The bytes' text: the document type line, then the document with every
-// empty-element "/>" written " />".
-std::u16string reportFileText(const MarkupDocument& page);
 
 // The report command's generator: selects the entries the criteria choose,
 // builds the page for the layout's type (grouped or flat) and writes it.
