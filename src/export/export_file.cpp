@@ -60,7 +60,7 @@ bool ExportFile::writeWide(std::u16string_view text) {
     return ok();
 }
 
-void ExportFile::appendCodePage(std::string& out, std::u16string_view text) const {
+void ExportFile::appendConverted(std::string& out, std::u16string_view text) const {
     std::size_t i = 0;
     while (i < text.size()) {
         // Exports are mostly ASCII, so only the runs of other characters go
@@ -88,51 +88,16 @@ void ExportFile::appendCodePage(std::string& out, std::u16string_view text) cons
     }
 }
 
-void ExportFile::appendConverted(std::string& out, std::u16string_view text) const {
-    const std::size_t start = out.size();
-    appendCodePage(out, text);
-    // A converter that drops a character still leaves one byte a code unit.
-    out.resize(start + text.size(), '?');
-}
-
-void ExportFile::beginConvertedRun() {
-    runStart_ = out_.size();
-    runUnits_ = 0;
-}
-
-bool ExportFile::writeConvertedPart(std::u16string_view text) {
+bool ExportFile::writeConverted(std::u16string_view text) {
     while (!text.empty() && ok()) {
         std::size_t take = std::min(text.size(), kConvertChunk);
         if (take < text.size() && isHighSurrogate(text[take - 1])) --take;
         scratch_.clear();
-        appendCodePage(scratch_, text.substr(0, take));
-        runUnits_ += take;
+        appendConverted(scratch_, text.substr(0, take));
         text.remove_prefix(take);
         out_.write(scratch_);
     }
     return ok();
-}
-
-bool ExportFile::writeConvertedBytes(std::string_view bytes, std::uint64_t units) {
-    runUnits_ += units;
-    return writeRaw(bytes.data(), bytes.size());
-}
-
-bool ExportFile::endConvertedRun() {
-    const std::uint64_t end = runStart_ + runUnits_;
-    if (out_.size() > end) {
-        out_.truncate(end);
-    } else {
-        const std::string padding(static_cast<std::size_t>(end - out_.size()), '?');
-        out_.write(padding);
-    }
-    return ok();
-}
-
-bool ExportFile::writeConverted(std::u16string_view text) {
-    beginConvertedRun();
-    writeConvertedPart(text);
-    return endConvertedRun();
 }
 
 bool ExportFile::finish() {

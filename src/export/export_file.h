@@ -4,12 +4,12 @@
 // all-or-nothing FileWriter: nothing carries the chosen name until finish()
 // has put the complete file in place.
 //
-// Text in the ANSI code page keeps the count of this system's files: a
-// converted text takes exactly one byte per UTF-16 code unit. A character
-// that takes two bytes pushes the end of the text out (files have always
-// been written so); a code unit that the code page cannot map (each half of
-// a character beyond the Basic Multilingual Plane included) becomes one '?',
-// so no NUL byte is ever written.
+// Text in the ANSI code page: every character as the code page writes it,
+// however many bytes that takes, and each UTF-16 code unit the code page
+// cannot map (each half of a character beyond the Basic Multilingual Plane
+// included) as one '?'. So no NUL byte is ever written and a file is never
+// cut short. (Files were once written at one byte per code unit, which cut
+// the end off a document in a code page of several bytes a character.)
 
 #include <cstddef>
 #include <cstdint>
@@ -35,20 +35,8 @@ class ExportFile {
     bool writeNarrow(std::string_view bytes) { return writeRaw(bytes.data(), bytes.size()); }
     // UTF-16LE, two bytes per code unit.
     bool writeWide(std::u16string_view text);
-    // One converted text, as described above.
+    // Text in the code page, as described above.
     bool writeConverted(std::u16string_view text);
-
-    // One converted text that is produced piece by piece (a whole document):
-    // the count rule holds for the run as a whole, as if it were one text.
-    void beginConvertedRun();
-    bool writeConvertedPart(std::u16string_view text);
-    // A part converted beforehand (appendCodePage) from `units` code units.
-    bool writeConvertedBytes(std::string_view bytes, std::uint64_t units);
-    bool endConvertedRun();
-
-    // Appends the code page's bytes for `text`, as many as they come to.
-    void appendCodePage(std::string& out, std::u16string_view text) const;
-
     // Appends the bytes writeConverted writes for `text` to `out`, so that
     // many short texts can go to the file in one write.
     void appendConverted(std::string& out, std::u16string_view text) const;
@@ -66,8 +54,6 @@ class ExportFile {
     std::string codePage_;
     bool asciiAsIs_ = false;  // the code page keeps ASCII unchanged
     std::string scratch_;
-    std::uint64_t runStart_ = 0;
-    std::uint64_t runUnits_ = 0;
 };
 
 }  // namespace qb

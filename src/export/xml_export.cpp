@@ -92,13 +92,10 @@ bool ExportXml(EntryTable& table, const std::string& fileName, const EntryFilter
             file.writeWide(xmlDeclaration(encoding));
         } else {
             file.writeConverted(xmlDeclaration(encoding));
-            // The document is one converted text, however many pieces it
-            // goes out in.
-            file.beginConvertedRun();
         }
         std::u16string text;
         const auto drain = [&] {
-            wide ? file.writeWide(text) : file.writeConvertedPart(text);
+            wide ? file.writeWide(text) : file.writeConverted(text);
             text.clear();
         };
         MarkupWriter out(text);
@@ -110,7 +107,6 @@ bool ExportXml(EntryTable& table, const std::string& fileName, const EntryFilter
         });
         out.end();
         drain();
-        if (!wide) file.endConvertedRun();
         file.finish();
     }
     if (error) *error = file.error();

@@ -32,8 +32,7 @@ std::u16string shortDate(const ExportSettings& env, const SYSTEMTIME& day) {
     return getDateFormat(env.locale, DATE_SHORTDATE, day, nullptr);
 }
 
-// The page goes to the file as one converted text, in pieces of about this
-// many code units.
+// The page goes to the file in pieces of about this many code units.
 constexpr std::size_t kDrainUnits = 1 << 15;
 
 struct Sums {
@@ -67,7 +66,7 @@ class PageOut {
         if (text_.size() >= kDrainUnits) drain();
     }
     void drain() {
-        file_.writeConvertedPart(text_);
+        file_.writeConverted(text_);
         text_.clear();
     }
     ExportFile& file() { return file_; }
@@ -218,16 +217,13 @@ class GroupSpool {
 
     // Keeps the row of `e`; false when the temporary file fails.
     bool add(const TimeEntry& e, const ReportRequest& request, double amount,
-             std::string_view bytes, std::uint64_t units) {
+             std::string_view bytes) {
         auto [it, added] = groups_.try_emplace(key_.valueOf(e));
         Group& g = it->second;
         if (added) g.heading = key_.heading(e, request.env);
         Row row{static_cast<std::uint32_t>(bytes.size()),
-                static_cast<std::uint32_t>(units),
-                amount,
-                e.duration,
-                e.billable,
-                e.paid};
+
+                amount, e.duration, e.billable, e.paid};
         const char* raw = reinterpret_cast<const char*>(&row);
         g.pending.append(raw, sizeof row);
         g.pending.append(bytes);
@@ -264,7 +260,6 @@ class GroupSpool {
   private:
     struct Row {
         std::uint32_t bytes;
-        std::uint32_t units;
         double amount;
         std::uint16_t duration;
         bool billable;
@@ -299,7 +294,7 @@ class GroupSpool {
             Row row;
             std::memcpy(&row, rows.data(), sizeof row);
             rows.remove_prefix(sizeof row);
-            file.writeConvertedBytes(rows.substr(0, row.bytes), row.units);
+            file.writeRaw(rows.data(), row.bytes);
             rows.remove_prefix(row.bytes);
             sums.hours += row.duration * 0.01;
             sums.amount += row.amount;
@@ -374,8 +369,8 @@ bool writeTables(PageOut& page, const ReportRequest& request, EntryTable& entrie
         rowText.clear();
         table.row(rowOut, e);
         bytes.clear();
-        page.file().appendCodePage(bytes, rowText);
-        ok = spool.add(e, request, EntryAmount(e, request.env.settings), bytes, rowText.size());
+        page.file().appendConverted(bytes, rowText);
+        ok = spool.add(e, request, EntryAmount(e, request.env.settings), bytes);
         return ok;
     });
     return ok && spool.write(page, table, request, footer);
@@ -393,8 +388,6 @@ bool ReportGenerator::generate(const std::string& fileName, const EntryFilter& c
     bool spooled = true;
     if (file.create()) {
         file.writeConverted(kDocType);
-        // The page is one converted text, however many pieces it goes in.
-        file.beginConvertedRun();
         const ReportRequest request{layout_, &criteria, env_, today_};
         PageOut page(file);
         openPage(page.markup, request);
@@ -404,7 +397,6 @@ bool ReportGenerator::generate(const std::string& fileName, const EntryFilter& c
         page.markup.end();  // body
         page.markup.end();  // html
         page.drain();
-        file.endConvertedRun();
         if (spooled) file.finish();
     }
     if (error) *error = spooled ? file.error() : "cannot write the temporary file of " + fileName;

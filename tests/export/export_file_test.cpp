@@ -30,13 +30,17 @@ const struct {
     {"CP1252", u"a\U0001F600b", "a??b"},
     {"CP932", u"a\U0001F600b", "a??b"},
     {"CP1252", u"lone \xD800 and \xDC00", "lone ? and ?"},
-    // Two bytes a character: the end of the text falls off.
-    {"CP932", u"\u65e5\u672cab", "\x93\xfa\x96\x7b"},
-    {"UTF-8", u"a\U0001F600b!", "a\xF0\x9F\x98\x80"},
+    // Characters of several bytes are written whole, nothing is cut off.
+    {"CP932", u"\u65e5\u672cab",
+     "\x93\xfa\x96\x7b"
+     "ab"},
+    {"UTF-8", u"a\U0001F600b\u00e9",
+     "a\xF0\x9F\x98\x80"
+     "b\xC3\xA9"},
     {"CP1252", u"", ""},
 };
 
-TEST(ExportFile, ConvertedWritesOneBytePerCodeUnit) {
+TEST(ExportFile, ConvertedTextNeverHoldsNulNorLosesItsEnd) {
     TempDir dir;
     for (const auto& c : kConverted) {
         EXPECT_EQ(written(dir.file("t"), c.codePage, c.text), c.bytes) << c.codePage;
@@ -46,27 +50,18 @@ TEST(ExportFile, ConvertedWritesOneBytePerCodeUnit) {
     }
 }
 
-// A document written in pieces keeps the count of the whole, whatever the
-// size of the pieces, and a run's cut reaches back into what is on disk.
-TEST(ExportFile, ConvertedRunsCountAsOneText) {
+// A long text goes out in pieces; a pair split across two pieces is still
+// one character.
+TEST(ExportFile, LongTextsKeepPairsAcrossPieces) {
     TempDir dir;
-    const std::string path = dir.file("run");
-    std::u16string text;
-    for (int i = 0; i < 40000; ++i) text += i % 3 == 0 ? u"\u65e5" : u"ab";
-    std::string expected = written(dir.file("whole"), "CP932", text);
-    ASSERT_EQ(expected.size(), text.size());
-    for (std::size_t piece : {1u, 7u, 4096u, 70000u}) {
-        ExportFile file(path, "CP932");
-        ASSERT_TRUE(file.create());
-        file.writeRaw("<", 1);
-        file.beginConvertedRun();
-        for (std::size_t at = 0; at < text.size(); at += piece) {
-            file.writeConvertedPart(std::u16string_view(text).substr(at, piece));
-        }
-        file.endConvertedRun();
-        file.writeRaw(">", 1);
-        ASSERT_TRUE(file.finish());
-        EXPECT_EQ(readFile(path), "<" + expected + ">") << piece;
+    for (std::size_t before : {65535u, 65534u, 131071u}) {
+        std::u16string text(before, u'x');
+        text += u"\U0001F600end";
+        std::string expected(before, 'x');
+        EXPECT_EQ(written(dir.file("t"), "UTF-8", text), expected +
+                                                             "\xF0\x9F\x98\x80"
+                                                             "end");
+        EXPECT_EQ(written(dir.file("t"), "CP1252", text), expected + "??end");
     }
 }
 
