@@ -135,7 +135,9 @@ int importVCard(CommandContext& ctx, const Args& args, const std::string& path) 
     ListTarget target;
     if (!targetOf(ctx, args, ListLevel::kContacts, &target)) return kExitRefused;
     std::vector<VCardContact> cards;
-    if (!readVCardFile(path, &cards)) return fileFailed(ctx, kImportFailedMessage);
+    if (!readVCardFile(path, &cards, ansiCodePage(ctx.platform().registry()))) {
+        return fileFailed(ctx, kImportFailedMessage);
+    }
     // Every listed contact is chosen, in list order.
     std::vector<std::u16string> names;
     for (const VCardContact& c : cards) names.push_back(inputText(u8(c.fileAs)));

@@ -77,8 +77,8 @@ constexpr const char* kClientUsage =
     "'contact C' and 'rate ID TYPE RATE DESCRIPTION FLAG' lines. Deleting a client\n"
     "deletes its projects, tasks, contacts and rates; time entries keep its name.\n"
     "A rename onto the name of another client is refused.\n"
-    "import adds each line of a list file (ANSI, or UTF-16 after an FF FE mark;\n"
-    "lines over 128 characters cut to 127) or each card of a vCard file; export\n"
+    "import adds each line of a list file (UTF-16 after an FF FE mark, UTF-8, else\n"
+    "ANSI; lines over 128 characters cut to 127) or each card of a vCard file; export\n"
     "writes one level of the tree, CR LF between items, ANSI or --unicode UTF-16.\n"
     "tree prints the client setup tree: kind, number and text, two spaces of\n"
     "indent per level. migrate moves the named projects (with all their tasks)\n"
@@ -128,8 +128,8 @@ constexpr const char* kDroplistUsage =
     "\n"
     "LIST is phase, currency, custom1, custom2 or custom3. clear deletes the whole\n"
     "list and needs --yes. rename changes one item in place; import adds each\n"
-    "line of a list file (ANSI, or UTF-16 after an FF FE mark). Saving an entry\n"
-    "adds its new texts by itself.\n";
+    "line of a list file (UTF-16 after an FF FE mark, UTF-8, else ANSI). Saving an\n"
+    "entry adds its new texts by itself.\n";
 
 constexpr const char* kSettingsUsage =
     "usage: quillarbor settings list\n"

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 
 #include "platform/text.h"
@@ -40,6 +41,50 @@ class OpenFile {
 
 }  // namespace
 
+bool isUtf8(std::string_view bytes) {
+    std::size_t i = 0;
+    while (i < bytes.size()) {
+        const auto b = static_cast<unsigned char>(bytes[i]);
+        if (b < 0x80) {
+            ++i;
+            continue;
+        }
+        std::size_t length = 0;
+        // The second byte's range rules out overlong forms, surrogates and
+        // values past U+10FFFF.
+        unsigned char low = 0x80;
+        unsigned char high = 0xBF;
+        if (b >= 0xC2 && b <= 0xDF) {
+            length = 2;
+        } else if (b >= 0xE0 && b <= 0xEF) {
+            length = 3;
+            if (b == 0xE0) low = 0xA0;
+            if (b == 0xED) high = 0x9F;
+        } else if (b >= 0xF0 && b <= 0xF4) {
+            length = 4;
+            if (b == 0xF0) low = 0x90;
+            if (b == 0xF4) high = 0x8F;
+        } else {
+            return false;
+        }
+        if (i + length > bytes.size()) return false;
+        for (std::size_t k = 1; k < length; ++k) {
+            const auto c = static_cast<unsigned char>(bytes[i + k]);
+            if (c < (k == 1 ? low : 0x80) || c > (k == 1 ? high : 0xBF)) return false;
+        }
+        i += length;
+    }
+    return true;
+}
+
+std::u16string textFileText(std::string_view bytes, const std::string& codePage) {
+    if (bytes.substr(0, 3) == "\xEF\xBB\xBF") return utf8ToUtf16(bytes.substr(3));
+    const bool ascii = std::all_of(bytes.begin(), bytes.end(),
+                                   [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    if (!ascii && isUtf8(bytes)) return utf8ToUtf16(bytes);
+    return fromAnsi(bytes, codePage);
+}
+
 bool listItemsFromBytes(std::string_view bytes, const std::string& codePage,
                         std::vector<std::u16string>* out) {
     std::vector<std::u16string> items;
@@ -58,7 +103,7 @@ bool listItemsFromBytes(std::string_view bytes, const std::string& codePage,
         splitInto(text, &items);
     } else {
         if (bytes.find('\0') != std::string_view::npos) return false;
-        splitInto(fromAnsi(bytes, codePage), &items);
+        splitInto(textFileText(bytes, codePage), &items);
     }
     *out = std::move(items);
     return true;

@@ -22,10 +22,20 @@ inline constexpr std::uintmax_t kListFileLimit = 8u << 20;
 inline constexpr std::size_t kListItemLimit = 128;
 inline constexpr std::size_t kListItemKeep = 127;
 
-// The items of a list file's bytes: UTF-16LE after an FF FE mark, else the
-// ANSI code page; split at CR and LF, empty pieces skipped, long pieces cut.
-// Fails for a UTF-16 text whose first character is NUL and for ANSI bytes
-// holding a NUL (a binary file). UTF-16 text ends at its first NUL.
+// Whether the bytes are well-formed UTF-8 (no overlong forms, surrogates or
+// values past U+10FFFF).
+bool isUtf8(std::string_view bytes);
+
+// The text of a text file in UTF-8 or an 8-bit code page: UTF-8 after an
+// EF BB BF mark (the mark dropped), or when the bytes are well-formed UTF-8
+// and not all ASCII; else the code page.
+std::u16string textFileText(std::string_view bytes, const std::string& codePage);
+
+// The items of a list file's bytes: UTF-16LE after an FF FE mark, else
+// textFileText (UTF-8 or the ANSI code page); split at CR and LF, empty
+// pieces skipped, long pieces cut. Fails for a UTF-16 text whose first
+// character is NUL and for 8-bit bytes holding a NUL (a binary file).
+// UTF-16 text ends at its first NUL.
 bool listItemsFromBytes(std::string_view bytes, const std::string& codePage,
                         std::vector<std::u16string>* out);
 

@@ -4,6 +4,7 @@
 #include <cctype>
 
 #include "entry/file_bytes.h"
+#include "entry/list_file.h"
 #include "platform/text.h"
 
 namespace qb {
@@ -108,13 +109,13 @@ struct Property {
     std::u16string value;
 };
 
-Property property(const std::string& line) {
+Property property(const std::string& line, const std::string& codePage) {
     Property p;
     std::size_t colon = line.find(':');
     if (colon == std::string::npos) return p;
     std::string head = line.substr(0, colon);
     std::string raw = line.substr(colon + 1);
-    std::string charset = "UTF-8";
+    std::string charset;
     std::size_t semicolon = head.find(';');
     std::string name = upper(head.substr(0, semicolon));
     // A group prefix ("item1.ORG") does not change the property.
@@ -128,7 +129,12 @@ Property property(const std::string& line) {
         pos = next;
     }
     if (isQuotedPrintable(head)) raw = decodeQuotedPrintable(raw);
-    p.value = charset == "UTF-8" || charset == "UTF8" ? utf8ToUtf16(raw) : fromAnsi(raw, charset);
+    if (charset.empty()) {
+        p.value = textFileText(raw, codePage);
+    } else {
+        p.value =
+            charset == "UTF-8" || charset == "UTF8" ? utf8ToUtf16(raw) : fromAnsi(raw, charset);
+    }
     return p;
 }
 
@@ -143,13 +149,13 @@ std::u16string nameFromN(std::u16string_view value) {
 
 }  // namespace
 
-std::vector<VCardContact> parseVCards(std::string_view text) {
+std::vector<VCardContact> parseVCards(std::string_view text, const std::string& codePage) {
     if (text.substr(0, 3) == "\xEF\xBB\xBF") text.remove_prefix(3);
     std::vector<VCardContact> cards;
     bool inCard = false;
     std::u16string fn, n, org;
     for (const std::string& line : logicalLines(text)) {
-        Property p = property(line);
+        Property p = property(line, codePage);
         if (p.name == "BEGIN" && upper(utf16ToUtf8(trimmed(p.value))) == "VCARD") {
             inCard = true;
             fn.clear();
@@ -174,11 +180,12 @@ std::vector<VCardContact> parseVCards(std::string_view text) {
     return cards;
 }
 
-bool readVCardFile(const std::string& path, std::vector<VCardContact>* out) {
+bool readVCardFile(const std::string& path, std::vector<VCardContact>* out,
+                   const std::string& codePage) {
     std::string bytes;
     if (!readWholeFile(path, kVCardFileLimit, &bytes)) return false;
     if (upper(bytes).find("BEGIN:VCARD") == std::string::npos) return false;
-    *out = parseVCards(bytes);
+    *out = parseVCards(bytes, codePage);
     return true;
 }
 

@@ -37,6 +37,17 @@ TEST(ListFile, SplitsCutsAndDecodes) {
         {"200 characters become 127", c200 + "\r\nx", true, {std::u16string(127, u'c'), u"x"}},
         {"128 characters stay whole", c128, true, {std::u16string(128, u'd')}},
         {"ANSI code page", "Caf\xE9", true, {u"Caf\u00E9"}},
+        {"UTF-8 after the mark", "\xEF\xBB\xBFM\xC3\xBCller\r\nZ", true, {u"M\u00FCller", u"Z"}},
+        {"UTF-8 without the mark",
+         "M\xC3\xBCller\nCaf\xC3\xA9",
+         true,
+         {u"M\u00FCller", u"Caf\u00E9"}},
+        {"UTF-8 beyond the BMP", "\xF0\x9F\x98\x80 ok", true, {u"\U0001F600 ok"}},
+        {"the mark before ASCII", "\xEF\xBB\xBF" "Asa", true, {u"Asa"}},
+        // Not well-formed UTF-8: the code page reads every byte.
+        {"code page bytes that look like a lead", "M\xC3ller", true, {u"M\u00C3ller"}},
+        {"an overlong form", "\xC0\xAF", true, {u"\u00C0\u00AF"}},
+        {"an encoded surrogate", "\xED\xA0\x80", true, {u"\u00ED\u00A0\u20AC"}},
         {"UTF-16 after the mark", utf16(u"\u00C5sa\r\nB\u0113"), true, {u"\u00C5sa", u"B\u0113"}},
         {"UTF-16 ends at a NUL", utf16(std::u16string(u"A\nB\0C", 5)), true, {u"A", u"B"}},
         {"UTF-16 whose first character is NUL", utf16(std::u16string(u"\0A", 2)), false, {}},
@@ -51,6 +62,27 @@ TEST(ListFile, SplitsCutsAndDecodes) {
             EXPECT_EQ(items, c.items) << c.what;
         }
     }
+}
+
+TEST(ListFile, Utf8Check) {
+    const struct {
+        const char* bytes;
+        bool utf8;
+    } cases[] = {
+        {"", true},
+        {"plain", true},
+        {"\xC3\xBC", true},
+        {"\xE2\x82\xAC", true},
+        {"\xF4\x8F\xBF\xBF", true},   // U+10FFFF
+        {"\xC3", false},              // cut short
+        {"\xC1\xBF", false},          // overlong
+        {"\xE0\x9F\xBF", false},      // overlong
+        {"\xED\xBF\xBF", false},      // surrogate
+        {"\xF4\x90\x80\x80", false},  // past U+10FFFF
+        {"\xFC\x80", false},
+        {"\xE2\x28\xA1", false},
+    };
+    for (const auto& c : cases) EXPECT_EQ(isUtf8(c.bytes), c.utf8) << c.bytes;
 }
 
 TEST(ListFile, BadFilesFail) {

@@ -26,5 +26,34 @@ TEST(VCard, FileAsAndCompany) {
     EXPECT_EQ(cards[4].fileAs, u"Solo");
 }
 
+// A value without CHARSET: UTF-8 when well-formed (with or without the
+// mark at the file's start), else the code page.
+TEST(VCard, TextWithoutCharset) {
+    const struct {
+        const char* what;
+        std::string text;
+        const char* codePage;
+        std::u16string fileAs;
+    } cases[] = {
+        {"UTF-8", "BEGIN:VCARD\r\nFN:M\xC3\xBCller\r\nEND:VCARD\r\n", "CP1252", u"M\u00FCller"},
+        {"UTF-8 after the mark",
+         "\xEF\xBB\xBF"
+         "BEGIN:VCARD\r\nFN:M\xC3\xBCller\r\nEND:VCARD\r\n",
+         "CP1252", u"M\u00FCller"},
+        {"quoted-printable UTF-8",
+         "BEGIN:VCARD\r\nFN;ENCODING=QUOTED-PRINTABLE:M=C3=BCller\r\nEND:VCARD\r\n", "CP1252",
+         u"M\u00FCller"},
+        {"code page 1252", "BEGIN:VCARD\r\nFN:M\xFCller\r\nEND:VCARD\r\n", "CP1252",
+         u"M\u00FCller"},
+        {"code page 1251", "BEGIN:VCARD\r\nFN:\xC8\xE2\xE0\xED\r\nEND:VCARD\r\n", "CP1251",
+         u"\u0418\u0432\u0430\u043D"},
+    };
+    for (const auto& c : cases) {
+        const std::vector<VCardContact> cards = parseVCards(c.text, c.codePage);
+        ASSERT_EQ(cards.size(), 1u) << c.what;
+        EXPECT_EQ(cards[0].fileAs, c.fileAs) << c.what;
+    }
+}
+
 }  // namespace
 }  // namespace qb

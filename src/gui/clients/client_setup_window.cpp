@@ -458,7 +458,7 @@ void ClientSetupWindow::importContactsFile(const ClientNode& selected) {
     FileChoice file;
     if (!chooseFile(this, request, &file)) return;
     std::vector<VCardContact> contacts;
-    if (!readVCardFile(localPath(file.path), &contacts)) {
+    if (!readVCardFile(localPath(file.path), &contacts, ansiCodePage(state_.registry()))) {
         fail(this, toQt(std::u16string(kImportFailedMessage)));
         return;
     }
