@@ -1,10 +1,18 @@
 // The timer commands, driven through the binary with the clock set to a
 // different time for each command, as a script would.
 
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <string>
 #include <vector>
 
 #include "cli/cli_fixture.h"
+
+extern char** environ;
 
 namespace qb::testing {
 namespace {
@@ -197,6 +205,81 @@ TEST_F(TimerCli, LongRunsAndClocksSetBack) {
         << r.out;
     okAt("08:00:00", {"timer", "pause", "1"});
     EXPECT_EQ(line("10:00:00", 1), "1\tpaused\t2026-11-21T09:00:00\t00:00:00\t\t\t\t");
+}
+
+// A desktop process (the application's main window and timers, without a
+// display) on the data directory, its stdout read through a pipe.
+class DesktopProcess {
+  public:
+    DesktopProcess(const std::string& dataDir, const std::string& verb, const std::string& now) {
+        int fds[2];
+        if (pipe(fds) != 0) return;
+        posix_spawn_file_actions_t actions;
+        posix_spawn_file_actions_init(&actions);
+        posix_spawn_file_actions_adddup2(&actions, fds[1], 1);
+        posix_spawn_file_actions_addclose(&actions, fds[0]);
+        std::vector<std::string> args{QB_TIMER_APP, dataDir, verb, "1"};
+        std::vector<char*> argv;
+        for (std::string& a : args) argv.push_back(a.data());
+        argv.push_back(nullptr);
+        std::vector<std::string> env{"QT_QPA_PLATFORM=offscreen", "QUILLARBOR_NOW=" + now};
+        for (char** e = environ; *e; ++e) env.emplace_back(*e);
+        std::vector<char*> envp;
+        for (std::string& e : env) envp.push_back(e.data());
+        envp.push_back(nullptr);
+        if (posix_spawn(&pid_, QB_TIMER_APP, &actions, nullptr, argv.data(), envp.data()) != 0) {
+            pid_ = -1;
+        }
+        posix_spawn_file_actions_destroy(&actions);
+        close(fds[1]);
+        out_ = fds[0];
+    }
+    ~DesktopProcess() {
+        if (pid_ > 0) kill(pid_, SIGKILL);
+        wait();
+        if (out_ >= 0) close(out_);
+    }
+
+    // The first line the process prints (empty when it ends first).
+    std::string line() {
+        std::string text;
+        char c = 0;
+        while (out_ >= 0 && read(out_, &c, 1) == 1 && c != '\n') text.push_back(c);
+        return text;
+    }
+    void killHard() {
+        if (pid_ > 0) kill(pid_, SIGKILL);
+    }
+    // Answers how the process ended: the signal's number, or 0 for an exit.
+    int wait() {
+        int status = 0;
+        if (pid_ <= 0 || waitpid(pid_, &status, 0) != pid_) return -1;
+        pid_ = -1;
+        return WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+    }
+
+  private:
+    pid_t pid_ = -1;
+    int out_ = -1;
+};
+
+TEST_F(TimerCli, TimeCountsAcrossAKilledDesktop) {
+    okAt("08:00:00", {"timer", "list"});  // makes the data directory
+    DesktopProcess desktop(dataDir(), "record", "2026-11-21T09:00:00");
+    ASSERT_EQ(desktop.line(), "recording 00:00:00");
+    // The command line sees the desktop's timer while the desktop runs.
+    EXPECT_EQ(line("09:45:00", 1), "1\trecording\t2026-11-21T09:00:00\t00:45:00\t\t\t\t");
+    desktop.killHard();
+    ASSERT_EQ(desktop.wait(), SIGKILL);
+
+    // Nothing ran between 09:45 and 11:30; the time counted all the same.
+    EXPECT_EQ(line("11:30:00", 1), "1\trecording\t2026-11-21T09:00:00\t02:30:00\t\t\t\t");
+    DesktopProcess restarted(dataDir(), "show", "2026-11-21T11:30:00");
+    EXPECT_EQ(restarted.line(), "recording 02:30:00");
+    EXPECT_EQ(restarted.wait(), 0);
+    okAt("11:30:00", {"timer", "pause", "1"});
+    EXPECT_EQ(field(complete("12:00:00", 1, {"--client", "Acme", "--task", "Design"}), "duration"),
+              "250");
 }
 
 }  // namespace
