@@ -279,6 +279,50 @@ class TimerTests : public QObject {
         QCOMPARE(storedTimers(*theirs)[0].state, TimerState::kRecording);
     }
 
+    // The real desktop window and the real command line on one data
+    // directory: each sees the timers the other starts and stops, the
+    // desktop through its change poll.
+    void desktopAndCommandLineShareOneDataDirectory() {
+        testing::TempDir dir;
+        const std::string data = dir.file("data");
+        const auto cli = [&](const std::vector<std::string>& args) {
+            std::vector<std::string> full{"--data", data};
+            full.insert(full.end(), args.begin(), args.end());
+            testing::RunResult r = testing::runQuillarbor(full);
+            if (r.status != 0) qWarning("%s", r.err.c_str());
+            return r.out;
+        };
+        cli({"timer", "list"});
+        std::unique_ptr<Platform> platform;
+        QVERIFY(Platform::open(data, &platform).isOk());
+        AppState state(std::move(platform));
+        QVERIFY(state.open());
+        Messages messages;
+        MainWindow window(state);
+        auto* work = window.findChild<EntryWork*>();
+        TimerPanel& panel = work->timerPanel();
+
+        window.runCommand(kCmdEntryTimers);
+        click(*work->timersWindow(), "record");
+        QVERIFY(QString::fromStdString(cli({"timer", "list"}))
+                    .contains(QStringLiteral("\n1\trecording\t2026-11-21T09:00:00\t00:00:00\t")));
+
+        setNow("09:05:00");
+        cli({"timer", "record", "2", "--client", "Bolt"});
+        QTRY_VERIFY_WITH_TIMEOUT(child<QWidget>(panel, "timerRow2")->isVisibleTo(&panel), 10000);
+        QCOMPARE(text(panel, "subject2"), QStringLiteral("Bolt"));
+        cli({"timer", "pause", "1"});
+        QTRY_VERIFY_WITH_TIMEOUT(child<QPushButton>(panel, "pause1")->isChecked(), 10000);
+        QCOMPARE(text(panel, "clock1"), QStringLiteral("00:05:00"));
+
+        setNow("09:35:00");
+        click(panel, "pause2");
+        QVERIFY(
+            QString::fromStdString(cli({"timer", "list"}))
+                .contains(QStringLiteral("\n2\tpaused\t2026-11-21T09:05:00\t00:30:00\tBolt\t")));
+        QVERIFY(messages.shown.empty());
+    }
+
     // Away longer than the idle setting while a timer records: on return
     // the question, and each answer does what it says.
     void idleTimeIsAskedAbout() {
