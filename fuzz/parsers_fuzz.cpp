@@ -6,12 +6,14 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "app/settings.h"
 #include "cli/cli_text.h"
 #include "entry/duration_rule.h"
 #include "entry/number_text.h"
+#include "entry/rate_rules.h"
 #include "fuzz_support.h"
 #include "platform/calendar.h"
 #include "platform/date_format.h"
@@ -22,10 +24,20 @@ namespace {
 void editorBoxes(std::u16string_view text) {
     double value = qb::parseNumber(text);
     if (std::isnan(value)) __builtin_trap();
-    qb::parseHundredths(text);
     qb::holdsLetter(text);
-    qb::truncateToInt32(value);
     qb::twoDecimals(value);
+    // Whatever is typed, a duration or rate that is taken shows again as
+    // text that reads back to itself, and one out of range is never taken.
+    const std::int64_t hundredths = qb::parseHundredths(text);
+    const qb::Settings plain = qb::defaultSettings();
+    const std::optional<std::uint16_t> duration = qb::durationFromText(text, plain);
+    if (duration.has_value() != (hundredths >= 0 && hundredths <= qb::kMaxDuration) ||
+        (duration && (*duration != hundredths ||
+                      qb::parseHundredths(qb::durationText(*duration)) != *duration))) {
+        __builtin_trap();
+    }
+    const std::optional<std::uint32_t> rate = qb::editorRate(text);
+    if (rate && qb::parseHundredths(qb::rateText(*rate)) != *rate) __builtin_trap();
     std::vector<std::uint8_t> bytes;
     for (qb::RegType type : {qb::REG_SZ, qb::REG_BINARY, qb::REG_DWORD}) {
         qb::settingBytesFromText(type, text, &bytes);
@@ -48,6 +60,8 @@ void commandLine(std::string_view text) {
         __builtin_trap();
     }
     qb::parseNumber(qb::u16(text));
+    qb::holdsControlCharacter(text);
+    if (qb::dateArgProblem("--date", text).empty()) __builtin_trap();
 }
 
 void pictures(const std::u16string& picture) {

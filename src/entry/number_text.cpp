@@ -1,7 +1,6 @@
 #include "entry/number_text.h"
 
 #include <charconv>
-#include <cmath>
 #include <limits>
 #include <system_error>
 
@@ -145,13 +144,6 @@ bool holdsLetter(std::u16string_view text) {
         if (isLetter(c)) return true;
     }
     return false;
-}
-
-std::int32_t truncateToInt32(double value) {
-    if (std::isnan(value)) return 0;
-    if (value >= 2147483647.0) return std::numeric_limits<std::int32_t>::max();
-    if (value <= -2147483648.0) return std::numeric_limits<std::int32_t>::min();
-    return static_cast<std::int32_t>(value);
 }
 
 std::u16string twoDecimals(double value) {

@@ -28,11 +28,6 @@ std::int64_t parseHundredths(std::u16string_view text);
 // CJK ideographs beyond it; other supplementary characters do not.
 bool holdsLetter(std::u16string_view text);
 
-// A double truncated toward zero into 32 bits: values beyond the range take
-// its nearest end, NaN gives 0. Stored fields narrower than 32 bits keep the
-// low bits of this, so a negative duration survives as its 16-bit pattern.
-std::int32_t truncateToInt32(double value);
-
 // "%.2f" of the value.
 std::u16string twoDecimals(double value);
 
