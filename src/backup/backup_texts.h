@@ -25,10 +25,10 @@ inline constexpr std::u16string_view kClientDataOnlyText = u"Client Data Only";
 // The progress dialog: its first line while backing up or restoring, and
 // the second line with the running number.
 inline constexpr std::u16string_view kBackupProgressText =
-    u"Please wait while backup is in progress. You must not turn off the Pocket PC. This may "
+    u"Please wait while backup is in progress. You must not turn off the computer. This may "
     u"take a few minutes.";
 inline constexpr std::u16string_view kRestoreProgressText =
-    u"Data restore is in progress. Please do not turn off the Pocket PC. Please wait...";
+    u"Data restore is in progress. Please do not turn off the computer. Please wait...";
 std::u16string backingUpRecordText(long number);  // "Backing up record %d..."
 
 inline constexpr std::u16string_view kArchiveFilterText = u"Archive Files (*.qra)|*.qra|";

@@ -153,6 +153,8 @@ int save(CommandContext& ctx, const Args& args) {
             return kExitOk;
         case SaveOutcome::kExists:
             return ctx.refused(std::u16string(kReportExistsQuestion));
+        case SaveOutcome::kReserved:
+            return ctx.refused(std::u16string(kReservedLayoutNameText));
         case SaveOutcome::kFailed:
             break;
     }
@@ -174,6 +176,7 @@ int rename(CommandContext& ctx, const Args& args) {
     const CEOID oid = findSavedLayout(ctx.platform(), u16(args.positional()[0]));
     if (oid == 0) return noSuchLayout(ctx, args.positional()[0]);
     const std::u16string name = layoutName(args.positional()[1]);
+    if (isReservedLayoutName(name)) return ctx.refused(std::u16string(kReservedLayoutNameText));
     const CEOID other = findSavedLayout(ctx.platform(), name);
     if (other != 0 && other != oid) {
         return ctx.refused("A saved report named " + args.positional()[1] + " exists already.");

@@ -92,7 +92,12 @@ bool deleteSavedLayout(Platform& platform, CEOID oid) {
     return loadSavedLayout(platform, oid, &unused) && list.open() && list.remove(oid);
 }
 
+bool isReservedLayoutName(std::u16string_view name) {
+    return compareStringW(name, u"client", true) == 0 || compareStringW(name, u"date", true) == 0;
+}
+
 bool renameSavedLayout(Platform& platform, CEOID oid, std::u16string_view name) {
+    if (isReservedLayoutName(name)) return false;
     ListTable list(platform, ListTable::Order::kByKind);
     ReportLayout unused;
     return loadSavedLayout(platform, oid, &unused) && list.open() && list.seekOid(oid) &&
@@ -101,6 +106,7 @@ bool renameSavedLayout(Platform& platform, CEOID oid, std::u16string_view name) 
 
 SaveOutcome saveWorkingLayout(Platform& platform, WorkingLayout& working,
                               std::u16string_view enteredName, bool overwrite) {
+    if (isReservedLayoutName(enteredName)) return SaveOutcome::kReserved;
     if (compareStringW(enteredName, working.name, false) != 0) {
         working.name = std::u16string(enteredName);
         working.oid = 0;

@@ -33,6 +33,7 @@ bool loadSavedLayout(Platform& platform, CEOID oid, ReportLayout* layout);
 CEOID writeSavedLayout(Platform& platform, CEOID oid, std::u16string_view name,
                        const ReportLayout& layout);
 bool deleteSavedLayout(Platform& platform, CEOID oid);
+// False, changing nothing, for a reserved name.
 bool renameSavedLayout(Platform& platform, CEOID oid, std::u16string_view name);
 
 // The designer's working layout: the layout, the name of the saved layout it
@@ -45,13 +46,21 @@ struct WorkingLayout {
 
 enum class SaveOutcome {
     kSaved,
-    kExists,  // a layout of that name exists: ask "The report already exists..."
+    kExists,    // a layout of that name exists: ask "The report already exists..."
+    kReserved,  // the name of a built-in layout: refused
     kFailed,
 };
 
+// "client" and "date", in any case, name the built-in layouts on the
+// command line, so no saved layout may take them (on saving or renaming).
+bool isReservedLayoutName(std::u16string_view name);
+inline constexpr std::u16string_view kReservedLayoutNameText =
+    u"\"client\" and \"date\" are the names of the built-in reports. Please choose another name.";
+
 // "Save..." with the name entered. A new name (a change of case counts)
 // starts a new record. When a layout of the name exists the save waits for
-// `overwrite`; confirmed, it replaces that layout's record.
+// `overwrite`; confirmed, it replaces that layout's record. A reserved name
+// changes nothing.
 SaveOutcome saveWorkingLayout(Platform& platform, WorkingLayout& working,
                               std::u16string_view enteredName, bool overwrite);
 

@@ -83,6 +83,23 @@ TEST_F(UniqueNamesCli, ReplaceMergesIntoTheClientNamedSo) {
     EXPECT_EQ(field(moved, "client"), "Bolt");
 }
 
+// "client" and "date" name the built-in layouts on the command line: no
+// saved layout may take them, in any case, on saving or renaming.
+TEST_F(UniqueNamesCli, LayoutsMayNotTakeTheBuiltInsNames) {
+    const std::string refusal =
+        "\"client\" and \"date\" are the names of the built-in reports. Please choose another "
+        "name.";
+    for (const char* name : {"client", "Client", "DATE", "date"}) {
+        refused({"layout", "save", name, "--from", "date"}, refusal);
+    }
+    ok({"layout", "save", "Weekly", "--from", "date"});
+    refused({"layout", "rename", "Weekly", "cLiEnT"}, refusal);
+    refused({"layout", "save", "Weekly", "--from", "client"},
+            "The report already exists. Do you want to overwrite it?");
+    EXPECT_NE(ok({"layout", "list"}).find("\tWeekly\t"), std::string::npos);
+    ok({"layout", "save", "Clients", "--from", "client"});
+}
+
 TEST_F(UniqueNamesCli, ArchiveNamesEachClientOnce) {
     addEntry({"--client", "Acme", "--task", "Admin", "--duration", "1"});
     addEntry({"--client", "Bolt", "--task", "Admin", "--duration", "1"});

@@ -225,6 +225,15 @@ class ReportTests : public QObject {
         QVERIFY(page.contains("<h1>Mine title</h1>"));
         QVERIFY(page.contains("Acme"));
         QVERIFY(messages.shown.empty());
+
+        // No program to view it: the file stays and the user is told.
+        setReportOpener([](const QUrl&) { return false; });
+        confirmCriteria(&preset);
+        window.runCommand(kCmdReport);
+        QCOMPARE(messages.shown.size(), std::size_t{1});
+        QVERIFY(messages.last().startsWith(QStringLiteral("The report was saved to ")));
+        QVERIFY(messages.last().contains(QStringLiteral("no program could open it for viewing")));
+        QCOMPARE(messages.shown[0].icon, MessageIcon::kExclamation);
     }
 
     void savingAsksBeforeOverwritingAndNoAsksForTheNameAgain() {
@@ -252,6 +261,7 @@ class ReportTests : public QObject {
             messages.texts(),
             QStringList{QStringLiteral("The report already exists. Do you want to overwrite it?")});
         QCOMPARE(messages.shown[0].icon, MessageIcon::kQuestion);
+        QCOMPARE(messages.shown[0].defaultButton, QMessageBox::No);
         ReportLayout stored;
         QVERIFY(loadSavedLayout(platform, oid, &stored));
         QCOMPARE(stored.title(), u"First");
@@ -270,6 +280,16 @@ class ReportTests : public QObject {
         designer.save();
         QCOMPARE(savedLayouts(platform).size(), std::size_t{2});
         QVERIFY(messages.shown.empty());
+        QCOMPARE(designer.working().name, u"weekly");
+
+        // The built-ins' names are refused in any case, and the prompt
+        // comes back.
+        offered.clear();
+        answerPrompts({QStringLiteral("Client"), QStringLiteral("DATE"), QString()}, &offered);
+        designer.save();
+        QCOMPARE(offered.size(), 3);
+        QCOMPARE(messages.texts(), QStringList(2, toQt(std::u16string(kReservedLayoutNameText))));
+        QCOMPARE(savedLayouts(platform).size(), std::size_t{2});
         QCOMPARE(designer.working().name, u"weekly");
     }
 

@@ -389,7 +389,7 @@ bool ClientSetupWindow::eventFilter(QObject* watched, QEvent* event) {
         const int key = static_cast<QKeyEvent*>(event)->key();
         QTreeWidgetItem* item = tree_->currentItem();
         if ((key == Qt::Key_Return || key == Qt::Key_Enter) && item) {
-            // Enter renames, as a tap on the selected node does; it must not
+            // Enter renames, as a click on the selected node does; it must not
             // reach the dialog and close it.
             if (item->flags() & Qt::ItemIsEditable) tree_->editItem(item);
             return true;

@@ -27,7 +27,7 @@ ImportTypeDialog::ImportTypeDialog(bool clientSelected, QWidget* parent)
     setWindowTitle(QStringLiteral("Import"));
     static const char* const kChoices[] = {
         "Clients", "Projects for a selected client", "Tasks for a selected client or project",
-        "Contacts (Bill To) for a selected client", "Import contacts from Contacts Application"};
+        "Contacts (Bill To) for a selected client", "Import contacts from an address book file (vCard)"};
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(new QLabel(QStringLiteral("Select the type to import:"), this));
     for (int i = 0; i <= kContactsFile; ++i) {

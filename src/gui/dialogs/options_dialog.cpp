@@ -108,7 +108,7 @@ void OptionsDialog::addGeneralPage() {
 
     auto* form = new QFormLayout(page);
     form->addRow(QStringLiteral("Week Start:"), weekStart);
-    form->addRow(QStringLiteral("Item Tap Option:"), tap);
+    form->addRow(QStringLiteral("Item Click Option:"), tap);
     form->addRow(QStringLiteral("Font Size:"), fontSize);
     form->addRow(bold);
     form->addRow(weekNumber);

@@ -163,7 +163,9 @@ void OrganizeReports::commitRename(QListWidgetItem* item) {
     const auto oid = static_cast<CEOID>(item->data(kOidRole).toULongLong());
     const std::u16string name = cutName(item->text().trimmed());
     const CEOID other = name.empty() ? 0 : findSavedLayout(platform_, name);
-    if (other != 0 && other != oid) {
+    if (isReservedLayoutName(name)) {
+        warn(this, toQt(std::u16string(kReservedLayoutNameText)));
+    } else if (other != 0 && other != oid) {
         warn(this, QStringLiteral("A saved report named %1 exists already.").arg(toQt(name)));
     } else if (!name.empty()) {
         if (!renameSavedLayout(platform_, oid, name)) {

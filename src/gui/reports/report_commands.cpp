@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDesktopServices>
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 
@@ -153,10 +154,11 @@ void ReportCommands::report(const ReportLayout& layout, QWidget* parent) {
     }
     window_.announceFile(tr("Report"), file);
     const QUrl url = QUrl::fromLocalFile(QFileInfo(file).absoluteFilePath());
-    if (openerHook()) {
-        openerHook()(url);
-    } else {
-        QDesktopServices::openUrl(url);
+    const bool opened = openerHook() ? openerHook()(url) : QDesktopServices::openUrl(url);
+    if (!opened) {
+        warn(parent, tr("The report was saved to %1, but no program could open it for viewing. "
+                        "Open the file with your web browser.")
+                         .arg(QDir::toNativeSeparators(QFileInfo(file).absoluteFilePath())));
     }
 }
 

@@ -314,10 +314,15 @@ void ReportDesigner::save() {
     std::u16string name = working_.name;
     while (NamePrompt::ask(this, &name)) {
         SaveOutcome outcome = saveWorkingLayout(state_.platform(), working_, name, false);
+        if (outcome == SaveOutcome::kReserved) {
+            warn(this, toQt(std::u16string(kReservedLayoutNameText)));
+            continue;
+        }
+        // No is the default, as for every question that destroys something.
         if (outcome == SaveOutcome::kExists) {
             const auto answer = showMessage(
                 this, {toQt(std::u16string(kReportExistsQuestion)), MessageIcon::kQuestion,
-                       QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes});
+                       QMessageBox::Yes | QMessageBox::No, QMessageBox::No});
             if (answer != QMessageBox::Yes) continue;
             outcome = saveWorkingLayout(state_.platform(), working_, name, true);
         }

@@ -14,7 +14,7 @@ class QWidget;
 namespace qb {
 
 inline constexpr std::u16string_view kEditInWordPrompt =
-    u"When finished editing and saving the note in Pocket Word, tap OK to update Quillarbor.";
+    u"When finished editing and saving the note in your editor, click OK to update Quillarbor.";
 
 // The note as edited; nothing when the file could not be written or read,
 // or the user cancelled. The temporary file is gone afterwards either way.
