@@ -54,6 +54,8 @@ enum Command : int {
     kCmdNextPeriod = 43004,
     kCmdToday = 43005,
     kCmdTimesheet = 43006,
+    kCmdImport = 43101,
+    kCmdExportIcal = 43102,
 };
 
 }  // namespace qb

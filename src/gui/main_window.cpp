@@ -32,6 +32,7 @@
 #include "gui/period_header.h"
 #include "gui/reports/report_commands.h"
 #include "gui/tools/tools.h"
+#include "gui/tools/tracker_import.h"
 #include "gui/totals_bar.h"
 #include "gui/undo_commands.h"
 #include "gui/window_memory.h"
@@ -106,6 +107,7 @@ MainWindow::MainWindow(AppState& state, QWidget* parent) : QMainWindow(parent), 
     installClientSetup(*this, state_);
     installReports(*this, state_);
     installTools(*this, state_);
+    installTrackerImport(*this, state_);
     undo_ = installUndo(*this, state_);
     undo_->updateActions();
     updateMenuStates();
@@ -139,6 +141,8 @@ QAction* MainWindow::action(int id) const {
 void MainWindow::buildMenus() {
     QMenu* file = menuBar()->addMenu(tr("&File"));
     addCommand(file, kCmdNew, QStringLiteral("New"))->setShortcut(QKeySequence::New);
+    file->addSeparator();
+    addCommand(file, kCmdImport, tr("Import..."))->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_I));
     file->addSeparator();
     addCommand(file, kCmdQuit, tr("Quit"))->setShortcut(QKeySequence::Quit);
 
@@ -211,6 +215,7 @@ void MainWindow::buildMenus() {
     QMenu* exportMenu = tools->addMenu(QStringLiteral("Export"));
     addCommand(exportMenu, kCmdExportCsv, QStringLiteral("CSV..."));
     addCommand(exportMenu, kCmdExportXml, QStringLiteral("XML..."));
+    addCommand(exportMenu, kCmdExportIcal, tr("iCalendar..."));
     QMenu* backup = tools->addMenu(QStringLiteral("Backup"));
     addCommand(backup, kCmdBackupCreate, QStringLiteral("Create..."));
     addCommand(backup, kCmdBackupRestore, QStringLiteral("Restore..."));
@@ -267,6 +272,8 @@ void MainWindow::updateMenuStates() {
             case kCmdReport:
             case kCmdExportCsv:
             case kCmdExportXml:
+            case kCmdExportIcal:
+            case kCmdImport:
             case kCmdBackupCreate:
             case kCmdBackupRestore:
             case kCmdArchiveCreate:

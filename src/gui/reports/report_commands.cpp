@@ -16,6 +16,7 @@
 #include "gui/main_window.h"
 #include "gui/message_box.h"
 #include "gui/reports/report_designer.h"
+#include "import/ical_export.h"
 #include "platform/calendar.h"
 #include "report/report_generator.h"
 #include "views/file_names.h"
@@ -102,14 +103,28 @@ void ReportCommands::exportXml() {
     exportTo(Format::kXml);
 }
 
+void ReportCommands::exportIcal() {
+    exportTo(Format::kIcal);
+}
+
 void ReportCommands::exportTo(Format format) {
+    struct Kind {
+        QString title, filter, suffix, done;
+    };
+    const Kind kinds[] = {
+        {tr("Export CSV"), QStringLiteral("CSV Files (*.csv)"), QStringLiteral("csv"),
+         tr("CSV export")},
+        {tr("Export XML"), QStringLiteral("XML Files (*.xml)"), QStringLiteral("xml"),
+         tr("XML export")},
+        {tr("Export iCalendar"), QStringLiteral("iCalendar Files (*.ics)"), QStringLiteral("ics"),
+         tr("iCalendar export")},
+    };
+    const Kind& kind = kinds[static_cast<int>(format)];
     EntryFilter criteria;
-    const bool csv = format == Format::kCsv;
-    if (!askCriteria(&window_, &criteria, csv ? tr("Export CSV") : tr("Export XML"))) return;
-    const QString suffix = csv ? QStringLiteral("csv") : QStringLiteral("xml");
-    const SaveFileRequest request{
-        csv ? QStringLiteral("CSV Files (*.csv)") : QStringLiteral("XML Files (*.xml)"), suffix,
-        toQt(suggestedFileName(u"", criteria, fromQt(suffix)))};
+    if (!askCriteria(&window_, &criteria, kind.title)) return;
+    const QString suffix = kind.suffix;
+    const SaveFileRequest request{kind.filter, suffix,
+                                  toQt(suggestedFileName(u"", criteria, fromQt(suffix)))};
     const QString file = chooseSaveFile(&window_, request);
     if (file.isEmpty()) return;
     window_.repaint();
@@ -117,15 +132,19 @@ void ReportCommands::exportTo(Format format) {
     {
         WaitCursor wait;
         const ExportSettings env = loadExportSettings(state_.registry(), state_.settings());
-        ok = format == Format::kCsv
-                 ? ExportCsv(state_.entries(), localFileName(file), criteria, env)
-                 : ExportXml(state_.entries(), localFileName(file), criteria, env);
+        if (format == Format::kCsv) {
+            ok = ExportCsv(state_.entries(), localFileName(file), criteria, env);
+        } else if (format == Format::kXml) {
+            ok = ExportXml(state_.entries(), localFileName(file), criteria, env);
+        } else {
+            ok = ExportIcal(state_.entries(), localFileName(file), criteria);
+        }
     }
     if (!ok) {
         fail(&window_, kExportFailed);
         return;
     }
-    window_.announceFile(csv ? tr("CSV export") : tr("XML export"), file);
+    window_.announceFile(kind.done, file);
 }
 
 void ReportCommands::report() {
@@ -179,6 +198,7 @@ ReportCommands* installReports(MainWindow& window, AppState& state) {
     auto* commands = new ReportCommands(window, state);
     window.setHandler(kCmdExportCsv, [commands] { commands->exportCsv(); });
     window.setHandler(kCmdExportXml, [commands] { commands->exportXml(); });
+    window.setHandler(kCmdExportIcal, [commands] { commands->exportIcal(); });
     window.setHandler(kCmdReport, [commands] { commands->report(); });
     window.setHandler(kCmdReportDesigner, [commands] { commands->openDesigner(); });
     return commands;

@@ -46,6 +46,7 @@ class ReportCommands : public QObject {
 
     void exportCsv();
     void exportXml();
+    void exportIcal();
     // The report of the default layout.
     void report();
     // The report of `layout`, from the criteria sheet on.
@@ -54,7 +55,7 @@ class ReportCommands : public QObject {
     ReportDesigner* openDesigner();
 
   private:
-    enum class Format { kCsv, kXml };
+    enum class Format { kCsv, kXml, kIcal };
     void exportTo(Format format);
     // The criteria sheet preset with the view's period; false on Cancel.
     bool askCriteria(QWidget* parent, EntryFilter* criteria, const QString& purpose);
