@@ -31,6 +31,7 @@
 #include "gui/mnemonics.h"
 #include "gui/period_header.h"
 #include "gui/reports/report_commands.h"
+#include "gui/timesheet_window.h"
 #include "gui/tools/tools.h"
 #include "gui/tools/tracker_import.h"
 #include "gui/totals_bar.h"
@@ -109,6 +110,7 @@ MainWindow::MainWindow(AppState& state, QWidget* parent) : QMainWindow(parent), 
     installTools(*this, state_);
     installTrackerImport(*this, state_);
     undo_ = installUndo(*this, state_);
+    installTimesheet(*this, state_);
     undo_->updateActions();
     updateMenuStates();
     restoreWindow(*this, state_.registry());
@@ -177,6 +179,8 @@ void MainWindow::buildMenus() {
         a->setShortcut(QKeySequence(Qt::CTRL | (Qt::Key_1 + digit++)));
         kinds->addAction(a);
     }
+    addCommand(view, kCmdTimesheet, tr("Timesheet"))
+        ->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_5));
     view->addSeparator();
     addCommand(view, kCmdPreviousPeriod, tr("Previous Period"))
         ->setShortcuts(
@@ -440,12 +444,13 @@ void MainWindow::updateHeader() {
 }
 
 void MainWindow::refresh() {
-    std::vector<TimeEntry> rows = periodEntries(state_.entries(), *view_, state_.filter());
-    if (list_->listStyle() != kTreeStyle) arrangeEntries(rows, state_.settings().sort);
-    list_->setRows(rows, view_->kind());
-    totals_->setTotals(periodTotals(rows, state_.settings()));
+    shownRows_ = periodEntries(state_.entries(), *view_, state_.filter());
+    if (list_->listStyle() != kTreeStyle) arrangeEntries(shownRows_, state_.settings().sort);
+    list_->setRows(shownRows_, view_->kind());
+    totals_->setTotals(periodTotals(shownRows_, state_.settings()));
     filterStrip_->setDescription(toQt(filterDescription(state_.filter(), state_.settings())));
     updateHeader();
+    emit refreshed();
 }
 
 void MainWindow::setListStyle(ListStyle style) {

@@ -6,6 +6,7 @@
 
 #include "gui/commands.h"
 #include "platform/win_types.h"
+#include "store/time_entry.h"
 #include "views/entry_rows.h"
 #include "views/period_view.h"
 
@@ -22,7 +23,6 @@ class FilterStrip;
 class PeriodHeader;
 class TotalsBar;
 class UndoCommands;
-struct TimeEntry;
 
 // The main frame: menus, tool bar, the period's header band and entry list.
 // Every command arrives at runCommand with its identifier.
@@ -52,6 +52,8 @@ class MainWindow : public QMainWindow {
     // Refreshes when another process (the command line) changed the store;
     // a timer calls it every second.
     void pollForChanges();
+    // The entries the list shows after the last refresh, in list order.
+    const std::vector<TimeEntry>& shownRows() const { return shownRows_; }
     // Says where a saved export, report, backup or archive went, with
     // "Open" and "Open Folder".
     void announceFile(const QString& what, const QString& path);
@@ -60,6 +62,8 @@ class MainWindow : public QMainWindow {
   signals:
     // Another process (the command line) changed the store.
     void storeChanged();
+    // After every refresh: the period, filter or entries may have changed.
+    void refreshed();
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -94,6 +98,7 @@ class MainWindow : public QMainWindow {
     FilterStrip* filterStrip_;
     FileNotice* fileNotice_;
     UndoCommands* undo_ = nullptr;
+    std::vector<TimeEntry> shownRows_;
     std::map<int, QAction*> actions_;
     std::map<int, std::function<void()>> handlers_;
     QTimer* changePoll_;

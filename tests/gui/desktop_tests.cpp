@@ -5,6 +5,7 @@
 #include <QListWidget>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTreeWidget>
@@ -13,11 +14,13 @@
 #include "gui/app_state.h"
 #include "gui/commands.h"
 #include "gui/dialogs/criteria_sheet.h"
+#include "gui/entry/entry_editor.h"
 #include "gui/entry_list_widget.h"
 #include "gui/file_notice.h"
 #include "gui/filter_strip.h"
 #include "gui/main_window.h"
 #include "gui/reports/report_commands.h"
+#include "gui/timesheet_window.h"
 #include "gui/totals_bar.h"
 #include "gui/undo_commands.h"
 #include "gui_test_registry.h"
@@ -334,6 +337,43 @@ class DesktopTests : public QObject {
         // The next save dialog starts in that folder.
         QCOMPARE(suggestedSavePath(QStringLiteral("x.csv")),
                  QFileInfo(file).absolutePath() + QStringLiteral("/x.csv"));
+    }
+
+    // The timesheet's cells and totals agree with the list, follow the
+    // period, and a double-click on a cell opens its entry.
+    void timesheetFollowsThePeriod() {
+        auto state = twoClientState();
+        addEntryOn(*state, 16, u"Acme", true, 150);
+        addEntryOn(*state, 16, u"Acme", true, 25);
+        CEOID single = addEntryOn(*state, 18, u"Bolt", false, 75);
+        addEntryOn(*state, 30, u"Bolt", true, 100);
+        MainWindow w(*state);
+        w.runCommand(kCmdTimesheet);
+        auto* sheet = w.findChild<TimesheetWindow*>();
+        QVERIFY(sheet && sheet->isVisible());
+        QTableWidget* t = sheet->table();
+        QCOMPARE(t->columnCount(), 3 + 7 + 1);
+        QCOMPARE(t->horizontalHeaderItem(3)->text(), QStringLiteral("Sun 15"));
+        QCOMPARE(t->rowCount(), 3);
+        QCOMPARE(t->item(0, 4)->text(), QStringLiteral("1.75"));
+        QCOMPARE(t->item(1, 6)->text(), QStringLiteral("0.75"));
+        QCOMPARE(t->item(2, 10)->text(), QStringLiteral("2.50"));
+        QCOMPARE(t->item(2, 10)->text(), w.totalsBar().value(QStringLiteral("Hours")));
+
+        w.runCommand(kCmdMonth);
+        QCOMPARE(t->columnCount(), 3 + 30 + 1);
+        QCOMPARE(t->item(t->rowCount() - 1, 33)->text(), QStringLiteral("3.50"));
+
+        bool opened = false;
+        whenModal<EntryEditor>([&opened](EntryEditor* editor) {
+            opened = true;
+            editor->reject();
+        });
+        int bolt = t->item(0, 0)->text() == QStringLiteral("Acme") ? 1 : 0;
+        QCOMPARE(sheet->cellEntries(bolt, 3 + 17), std::vector<CEOID>{single});
+        sheet->openCell(bolt, 3 + 17);
+        QVERIFY(opened);
+        QCOMPARE(w.entryList().selectedId(), single);
     }
 
     void windowRemembersItsSize() {
