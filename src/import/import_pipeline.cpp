@@ -32,6 +32,23 @@ std::u16string crLfNote(const std::u16string& note) {
     return out;
 }
 
+// Names are one line in every list: a line break or tab that another tool
+// let into a description becomes a space.
+std::u16string oneLine(const std::u16string& text) {
+    std::u16string out;
+    out.reserve(text.size());
+    for (char16_t c : text) {
+        const bool control = c < 0x20 || c == 0x7F || (c >= 0x80 && c <= 0x9F);
+        if (!control) {
+            out += c;
+        } else if (!out.empty() && out.back() != u' ') {
+            out += u' ';
+        }
+    }
+    while (!out.empty() && out.back() == u' ') out.pop_back();
+    return out;
+}
+
 // The editor's boxes as a user would fill them from the row: a new entry's
 // defaults first, then what the row says, then the options for what it
 // leaves empty.
@@ -39,9 +56,9 @@ EntryForm formOf(const ImportRow& row, const ImportOptions& options, const TimeE
     EntryForm form = formFromEntry(fresh);
     form.day = row.day;
     form.start = row.start;
-    form.client = orOption(row.client, options.client);
-    form.project = orOption(row.project, options.project);
-    form.task = orOption(row.task, options.task);
+    form.client = oneLine(orOption(row.client, options.client));
+    form.project = oneLine(orOption(row.project, options.project));
+    form.task = oneLine(orOption(row.task, options.task));
     if (row.seconds) {
         form.spanSeconds = *row.seconds;
     } else {

@@ -152,6 +152,18 @@ TEST_F(ImportPipelineTest, IdenticalRowsInOneFileAreTwoEntries) {
               "imported 1, already imported 2, refused 0");
 }
 
+TEST_F(ImportPipelineTest, NamesStayOnOneLine) {
+    std::vector<RowOutcome> rows;
+    // Toggl's description (the task here) holds a line break.
+    run(ImportFormat::kToggl, kTogglSample, {}, true, &rows);
+    ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(rows[0].entry.task, u"Fix header, footer");
+    run(ImportFormat::kHarvest,
+        "Date,Client,Task,Hours\n2024-03-04,\"Acme\tCo\",\"Line\r\nbreak\",1\n", {}, true, &rows);
+    EXPECT_EQ(rows.back().entry.client, u"Acme Co");
+    EXPECT_EQ(rows.back().entry.task, u"Line break");
+}
+
 TEST_F(ImportPipelineTest, OptionsFillOnlyWhatARowLeavesEmpty) {
     ImportOptions options = clientOption(u"Opt");
     options.project = u"OptP";

@@ -132,6 +132,20 @@ TEST(Readers, Ical) {
                 {27, "", "", "Invoicing", "", "2024-03-06 11:00", 3600, ""}});
 }
 
+// `watson log --json` objects, and a to-do that records its own time.
+TEST(Readers, OtherShapesOfTheSameFormats) {
+    expectRows(ImportFormat::kWatson,
+               "[{\"id\":\"ab12\",\"project\":\"Web\",\"start\":\"2024-03-04T09:00:00+01:00\","
+               "\"stop\":\"2024-03-04T10:00:00+01:00\",\"tags\":[\"css\"]}]",
+               {{1, "", "Web", "css", "", "2024-03-04 09:00", 3600, ""}});
+    expectRows(
+        ImportFormat::kIcal,
+        "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nBEGIN:VTODO\r\nUID:t1\r\nDTSTART:20240304T090000\r\n"
+        "DUE:20240304T093000\r\nSUMMARY:Filing\r\nCATEGORIES:Acme\r\nEND:VTODO\r\n"
+        "BEGIN:VTODO\r\nUID:t2\r\nSUMMARY:No times\r\nEND:VTODO\r\nEND:VCALENDAR\r\n",
+        {{3, "Acme", "", "Filing", "", "2024-03-04 09:00", 1800, ""}});
+}
+
 TEST(Readers, EachSampleIsRecognised) {
     const std::pair<ImportFormat, const std::string*> samples[] = {
         {ImportFormat::kTimewarrior, &kTimewSample}, {ImportFormat::kWatson, &kWatsonSample},
