@@ -47,10 +47,16 @@ if ((show_id > last_id)); then show_id=$first_id; fi
 
 add_cmd=("$quillarbor" --data "$data" entry add --client "$client" --task "$task" --duration 1)
 show_cmd=("$quillarbor" --data "$data" entry show "$show_id")
+timer_cmd=("$quillarbor" --data "$data" timer list)
 
-# Both commands must succeed before their times mean anything.
+# The commands must succeed before their times mean anything; the timer
+# list is timed with one timer recording and one paused.
 "${add_cmd[@]}" >/dev/null
 "${show_cmd[@]}" >/dev/null
+"$quillarbor" --data "$data" timer record 1 --client "$client" --task "$task" --note "bench" >/dev/null
+"$quillarbor" --data "$data" timer record 2 --client "$client" >/dev/null
+"$quillarbor" --data "$data" timer pause 2 >/dev/null
+"${timer_cmd[@]}" >/dev/null
 
 quote() { printf "'%s'" "${1//\'/\'\\\'\'}"; }
 joined() {
@@ -100,4 +106,5 @@ if command -v hyperfine >/dev/null; then tool="hyperfine"; else tool="bash loop"
 echo "medians of $runs runs ($tool)"
 printf '%-48s %8s ms   (target %s ms)\n' \
     "entry add --client ... --task ... --duration 1" "$(median_ms "${add_cmd[@]}")" 40 \
-    "entry show $show_id" "$(median_ms "${show_cmd[@]}")" 20
+    "entry show $show_id" "$(median_ms "${show_cmd[@]}")" 20 \
+    "timer list" "$(median_ms "${timer_cmd[@]}")" 10

@@ -38,6 +38,8 @@ class IdleWatch {
     // recorded. With the limit 0 it never answers.
     std::optional<IdleSpan> sample(FILETIME now, std::uint32_t idleSeconds,
                                    std::uint32_t limitMinutes, bool recording);
+    // An absence that may end in the question is under way.
+    bool away() const { return away_; }
 
   private:
     bool away_ = false;

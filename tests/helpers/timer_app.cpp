@@ -2,9 +2,16 @@
 // as the application does, with the main window and its timers, then
 //   timer_app DIR record N   presses Record on timer N, prints the clock and
 //                            runs until it is killed;
-//   timer_app DIR show N     prints the timer's state and clock and exits.
+//   timer_app DIR show N     prints the timer's state and clock and exits;
+//   timer_app DIR screenshot FILE
+//                            shows the main window filling the screen with
+//                            the timer window open beside it, saves a
+//                            picture of the whole screen and exits.
 
 #include <QApplication>
+#include <QPixmap>
+#include <QScreen>
+#include <QTimer>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -20,7 +27,8 @@
 
 int main(int argc, char** argv) {
     if (argc != 4) {
-        std::fprintf(stderr, "usage: timer_app DIR record|show N\n");
+        std::fprintf(stderr,
+                     "usage: timer_app DIR record|show N | timer_app DIR screenshot FILE\n");
         return 2;
     }
     QApplication app(argc, argv);
@@ -30,6 +38,19 @@ int main(int argc, char** argv) {
     if (!state.open()) return 1;
     qb::MainWindow window(state);
     auto* work = window.findChild<qb::EntryWork*>();
+    if (std::strcmp(argv[2], "screenshot") == 0) {
+        QScreen* screen = QGuiApplication::primaryScreen();
+        window.setGeometry(screen->availableGeometry());
+        window.show();
+        work->openTimers();
+        const QString file = QString::fromLocal8Bit(argv[3]);
+        QTimer::singleShot(1500, [screen, file] {
+            if (!screen->grabWindow(0).save(file))
+                std::fprintf(stderr, "cannot save the picture\n");
+            QApplication::quit();
+        });
+        return app.exec();
+    }
     const int index = std::atoi(argv[3]) - 1;
     qb::TimerWork& timers = work->timers();
     if (std::strcmp(argv[2], "record") == 0) timers.record(index);

@@ -73,7 +73,7 @@ void EntryWork::recordTimer(int index) {
         return;
     }
     if (EntryEditor::edit(state_, entry, &window_)) window_.refresh();
-    timers_->reset(index);
+    timers_->finishCompleted(index);
 }
 
 void EntryWork::openSummary() {

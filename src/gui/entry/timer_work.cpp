@@ -65,6 +65,7 @@ void TimerWork::pause(int index) {
 }
 
 void TimerWork::complete(int index) {
+    emit completing(index);
     const FILETIME now = timerNow();
     if (apply(index,
               [&](EntryTimerSet& t) { return t.complete(index, t.timer(index).note, now); })) {
@@ -74,6 +75,14 @@ void TimerWork::complete(int index) {
 
 void TimerWork::reset(int index) {
     apply(index, [&](EntryTimerSet& t) {
+        t.reset(index);
+        return true;
+    });
+}
+
+void TimerWork::finishCompleted(int index) {
+    apply(index, [&](EntryTimerSet& t) {
+        if (t.timer(index).state != TimerState::kComplete) return false;
         t.reset(index);
         return true;
     });
@@ -125,7 +134,9 @@ void TimerWork::tick(FILETIME now) {
 }
 
 void TimerWork::watchIdle(FILETIME now) {
-    if (!idle_ || asking_) return;
+    // Only a recording timer, or an absence that began with one, needs
+    // the desktop asked.
+    if (!idle_ || asking_ || (!timers_.anyRecording() && !idleWatch_.away())) return;
     const std::uint32_t limit = idleMinutes(state_.registry());
     const std::optional<std::uint32_t> seconds = limit == 0 ? std::nullopt : idle_->idleSeconds();
     if (!seconds) return;

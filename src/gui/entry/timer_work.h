@@ -43,6 +43,9 @@ class TimerWork : public QObject {
     // Task Complete: the timer stops with its note; completed() follows.
     void complete(int index);
     void reset(int index);
+    // After the editor of a completed timer: the timer starts over, unless
+    // another process has meanwhile reset it and started it again.
+    void finishCompleted(int index);
     // What the timer window's note and boxes hold.
     void setDetails(int index, const std::vector<std::uint8_t>& note, const std::u16string& client,
                     const std::u16string& project, const std::u16string& task);
@@ -57,6 +60,9 @@ class TimerWork : public QObject {
     void changed();
     // A second passed while a timer records.
     void ticked();
+    // Task Complete is about to stop the timer: what a window holds of its
+    // note and work belongs in it first.
+    void completing(int index);
     // Task Complete was pressed on the timer.
     void completed(int index);
 

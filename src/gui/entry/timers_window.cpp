@@ -121,6 +121,9 @@ TimersWindow::TimersWindow(AppState& state, TimerWork& work, QWidget* parent)
     connect(selector_, &QComboBox::currentIndexChanged, this, &TimersWindow::showTimer);
     connect(&work_, &TimerWork::ticked, this, &TimersWindow::updateClock);
     connect(&work_, &TimerWork::changed, this, &TimersWindow::timersChanged);
+    connect(&work_, &TimerWork::completing, this, [this](int index) {
+        if (index == shown_ && storeDelay_->isActive()) storeDetails();
+    });
 
     showDetails();
     updateSelector();
