@@ -141,6 +141,7 @@ ImportSummary importFile(ImportFormat format, std::string_view bytes, const Impo
     // Rows of the same content in one file are different pieces of work:
     // the second is told apart by its number.
     std::unordered_map<std::uint64_t, std::size_t> seen;
+    seen.reserve(bytes.size() / 64);  // no record of any format is shorter
     // The master data learns each combination of texts once.
     std::unordered_set<std::u16string> learned;
     RowOutcome out;
@@ -154,8 +155,11 @@ ImportSummary importFile(ImportFormat format, std::string_view bytes, const Impo
         if (origins.contains(key)) {
             ++summary.already;
             out.fate = RowFate::kKnown;
-            checkRow(row, options, target.settings, out.entry, &out.reason);
-            out.reason.clear();
+            // Only a preview shows the rows it leaves alone.
+            if (dryRun) {
+                checkRow(row, options, target.settings, out.entry, &out.reason);
+                out.reason.clear();
+            }
             if (observe) observe(out);
             return true;
         }
