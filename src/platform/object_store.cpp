@@ -25,6 +25,17 @@ std::string columnString(sqlite3_stmt* stmt, int col) {
     return p ? std::string(static_cast<const char*>(p), n) : std::string();
 }
 
+// The same into a string kept across rows, so that a walk reuses its buffer.
+void assignColumn(sqlite3_stmt* stmt, int col, std::string* out) {
+    const void* p = sqlite3_column_blob(stmt, col);
+    const int n = sqlite3_column_bytes(stmt, col);
+    if (p) {
+        out->assign(static_cast<const char*>(p), static_cast<std::size_t>(n));
+    } else {
+        out->clear();
+    }
+}
+
 void bindString(sqlite3_stmt* stmt, int i, const std::string& s) {
     sqlite3_bind_blob(stmt, i, s.data(), static_cast<int>(s.size()), SQLITE_TRANSIENT);
 }
@@ -56,8 +67,8 @@ ObjectStore::ObjectStore(DataFile& file) : file_(file) {}
 
 bool ObjectStore::findDatabases(std::uint32_t type, std::vector<CEOID>* out) {
     out->clear();
-    sqlite3_stmt* q = prepare(file_.handle(),
-                              "SELECT oid FROM databases WHERE ?1 = 0 OR type = ?1 ORDER BY oid");
+    sqlite3_stmt* q =
+        prepare(file_.handle(), "SELECT oid FROM databases WHERE ?1 = 0 OR type = ?1 ORDER BY oid");
     if (!q) return false;
     sqlite3_bind_int64(q, 1, type);
     int rc;
@@ -151,8 +162,8 @@ struct Database::Impl final : DataFile::Reader {
         scan = prepare(db, "SELECT oid, " + k + ", props FROM records WHERE db=?1 AND " + k +
                                " >= ?2 ORDER BY " + k + ", oid");
         byOid = prepare(db, "SELECT " + k + ", props FROM records WHERE oid=?1 AND db=?2");
-        insert = prepare(db,
-                         "INSERT INTO records (db, props, k1, k2, k3, k4) VALUES (?, ?, ?, ?, ?, ?)");
+        insert = prepare(
+            db, "INSERT INTO records (db, props, k1, k2, k3, k4) VALUES (?, ?, ?, ?, ?, ?)");
         update = prepare(db,
                          "UPDATE records SET props=?2, k1=?3, k2=?4, k3=?5, k4=?6 "
                          "WHERE oid=?1 AND db=?7");
@@ -170,8 +181,8 @@ struct Database::Impl final : DataFile::Reader {
     void takeScanRow() {
         hasCurrent = true;
         currentOid = static_cast<CEOID>(sqlite3_column_int64(scan, 0));
-        currentKey = columnString(scan, 1);
-        currentProps = columnString(scan, 2);
+        assignColumn(scan, 1, &currentKey);
+        assignColumn(scan, 2, &currentProps);
         currentGeneration = file.writeGeneration();
     }
 
@@ -218,8 +229,8 @@ struct Database::Impl final : DataFile::Reader {
         if (found) {
             hasCurrent = true;
             currentOid = oid;
-            currentKey = columnString(byOid, 0);
-            currentProps = columnString(byOid, 1);
+            assignColumn(byOid, 0, &currentKey);
+            assignColumn(byOid, 1, &currentProps);
             currentGeneration = file.writeGeneration();
         } else {
             clearCurrent();
@@ -277,8 +288,12 @@ std::unique_ptr<Database> ObjectStore::openDatabase(CEOID* oid, const std::u16st
     return std::unique_ptr<Database>(new Database(std::move(impl)));
 }
 
-CEOID Database::databaseOid() const { return impl_->dbOid; }
-std::uint32_t Database::sortProp() const { return impl_->sortProp; }
+CEOID Database::databaseOid() const {
+    return impl_->dbOid;
+}
+std::uint32_t Database::sortProp() const {
+    return impl_->sortProp;
+}
 
 CEOID Database::seek(SeekKind kind, std::uint32_t value, const CEPROPVAL* prop) {
     Impl& d = *impl_;
@@ -346,28 +361,32 @@ CEOID Database::seek(SeekKind kind, std::uint32_t value, const CEPROPVAL* prop) 
 CEOID Database::readProps(const std::vector<std::uint32_t>* which, std::vector<CEPROPVAL>* out,
                           long* error) {
     Impl& d = *impl_;
-    out->clear();
     long ignored = 0;
     long& err = error ? *error : ignored;
     if (!d.hasCurrent) {
+        out->clear();
         err = ERROR_NO_MORE_ITEMS;
         return 0;
     }
     if (d.currentGeneration != d.file.writeGeneration()) {
         // Written since we stood here: read the record as it is now.
         if (!d.seekOid(d.currentOid)) {
+            out->clear();
             err = ERROR_NO_MORE_ITEMS;
             return 0;
         }
     }
-    std::vector<CEPROPVAL> all;
+    // A whole record is decoded straight into the caller's values, whose
+    // buffers a walk keeps from record to record.
+    std::vector<CEPROPVAL> chosen;
+    std::vector<CEPROPVAL>& all = which ? chosen : *out;
     if (!decodeProps(d.currentProps, &all)) {
+        out->clear();
         err = ERROR_INVALID_DATA;
         return 0;
     }
-    if (!which) {
-        *out = std::move(all);
-    } else {
+    if (which) {
+        out->clear();
         for (std::uint32_t id : *which) {
             CEPROPVAL v;
             v.propid = id;
@@ -429,8 +448,7 @@ CEOID Database::writeProps(CEOID oid, const std::vector<CEPROPVAL>& values) {
     // The record just written becomes the current one.
     d.hasCurrent = true;
     d.currentOid = oid;
-    d.currentKey = d.info.sortProps.empty() ? std::string()
-                                            : recordSortKey(props, d.sortProp);
+    d.currentKey = d.info.sortProps.empty() ? std::string() : recordSortKey(props, d.sortProp);
     d.currentProps = std::move(bytes);
     d.currentGeneration = d.file.writeGeneration();
     return oid;

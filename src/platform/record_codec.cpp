@@ -76,10 +76,17 @@ std::string encodeProps(const std::vector<CEPROPVAL>& props) {
 }
 
 bool decodeProps(std::string_view bytes, std::vector<CEPROPVAL>* out) {
-    out->clear();
+    // The values already in `out` are reused, buffers and all: reading record
+    // after record then allocates nothing.
+    std::size_t used = 0;
     Reader r(bytes);
     while (!r.atEnd()) {
-        CEPROPVAL p;
+        if (used == out->size()) out->emplace_back();
+        CEPROPVAL& p = (*out)[used++];
+        p.flags = 0;
+        p.num = 0;
+        p.str.clear();
+        p.blob.clear();
         std::uint64_t id = 0;
         if (!r.take(4, &id)) return false;
         p.propid = static_cast<std::uint32_t>(id);
@@ -106,8 +113,8 @@ bool decodeProps(std::string_view bytes, std::vector<CEPROPVAL>* out) {
                 p.blob.assign(data, data + n);
             }
         }
-        out->push_back(std::move(p));
     }
+    out->resize(used);
     return true;
 }
 

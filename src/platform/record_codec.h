@@ -12,7 +12,8 @@
 namespace qb {
 
 std::string encodeProps(const std::vector<CEPROPVAL>& props);
-// False when the bytes are not a well-formed property list.
+// False when the bytes are not a well-formed property list. The values that
+// `out` holds are overwritten in place, keeping their buffers.
 bool decodeProps(std::string_view bytes, std::vector<CEPROPVAL>* out);
 
 // The key of one value: present values sort by value (numbers unsigned,

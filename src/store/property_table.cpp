@@ -104,8 +104,10 @@ bool PropertyTable::next() {
 }
 
 int PropertyTable::readAll(std::vector<CEPROPVAL>* out) {
-    out->clear();
-    if (!handle_) return -1;
+    if (!handle_) {
+        out->clear();
+        return -1;
+    }
     long error = 0;
     CEOID oid = handle_->readProps(nullptr, out, &error);
     currentOid_ = oid;

@@ -42,7 +42,22 @@ void changeDate(TimeEntry& entry, Change change) {
 }  // namespace
 
 void resetEntry(TimeEntry& entry) {
-    entry = TimeEntry();
+    // Field by field, so that the texts keep their buffers for the next
+    // record of a walk. A field added to TimeEntry is reset here too.
+    static_assert(sizeof(TimeEntry) == 352, "reset the new field of TimeEntry in resetEntry");
+    entry.billable = false;
+    entry.paid = false;
+    for (std::u16string* text :
+         {&entry.client, &entry.project, &entry.phase, &entry.task, &entry.currency, &entry.billTo,
+          &entry.custom1, &entry.custom2, &entry.custom3}) {
+        text->clear();
+    }
+    entry.rateType = 0;
+    entry.date = 0;
+    entry.notes.clear();
+    entry.duration = 0;
+    entry.rate = 0;
+    entry.recordOid = 0;
 }
 
 void setNotes(TimeEntry& entry, std::int32_t size, const std::uint8_t* bytes) {
@@ -85,42 +100,44 @@ bool hasStartTime(const TimeEntry& entry) {
 int readEntry(EntryTable& table, TimeEntry& entry, bool* dated) {
     resetEntry(entry);
     if (dated) *dated = false;
-    std::vector<CEPROPVAL> props;
+    // Kept from call to call: a walk reads record after record into the
+    // same buffers.
+    thread_local std::vector<CEPROPVAL> props;
     int rc = table.readAll(&props);
     if (rc != 0) return rc;
     entry.recordOid = table.currentOid();
-    for (const CEPROPVAL& p : props) {
+    for (CEPROPVAL& p : props) {
         switch (p.propid) {
             case id(kPropDate, CEVT_FILETIME):
                 entry.date = p.num;
                 if (dated) *dated = true;
                 break;
             case id(kPropClient, CEVT_LPWSTR):
-                entry.client = p.str;
+                entry.client.swap(p.str);
                 break;
             case id(kPropProject, CEVT_LPWSTR):
-                entry.project = p.str;
+                entry.project.swap(p.str);
                 break;
             case id(kPropPhase, CEVT_LPWSTR):
-                entry.phase = p.str;
+                entry.phase.swap(p.str);
                 break;
             case id(kPropTask, CEVT_LPWSTR):
-                entry.task = p.str;
+                entry.task.swap(p.str);
                 break;
             case id(kPropCurrency, CEVT_LPWSTR):
-                entry.currency = p.str;
+                entry.currency.swap(p.str);
                 break;
             case id(kPropBillTo, CEVT_LPWSTR):
-                entry.billTo = p.str;
+                entry.billTo.swap(p.str);
                 break;
             case id(kPropCustom1, CEVT_LPWSTR):
-                entry.custom1 = p.str;
+                entry.custom1.swap(p.str);
                 break;
             case id(kPropCustom2, CEVT_LPWSTR):
-                entry.custom2 = p.str;
+                entry.custom2.swap(p.str);
                 break;
             case id(kPropCustom3, CEVT_LPWSTR):
-                entry.custom3 = p.str;
+                entry.custom3.swap(p.str);
                 break;
             case id(kPropDuration, CEVT_UI2):
                 entry.duration = static_cast<std::uint16_t>(p.num);
