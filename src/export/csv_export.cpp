@@ -79,11 +79,11 @@ std::u16string csvLine(const TimeEntry& e, const ExportSettings& env) {
     field(line, e.task);
     field(line, hasStartTime(e) ? getTimeFormat(env.locale, TIME_NOSECONDS, when, nullptr)
                                 : std::u16string());
-    field(line, ascii(stringPrintf("%.2f", e.duration * 0.01)));
+    field(line, ascii(hundredthsText(e.duration)));
     field(line, e.billable ? u"Y" : u"N");
     field(line, e.paid ? u"Y" : u"N");
     field(line, e.currency);
-    field(line, e.rate != 0 ? ascii(stringPrintf("%.2f", e.rate * 0.01)) : std::u16string());
+    field(line, e.rate != 0 ? ascii(hundredthsText(e.rate)) : std::u16string());
     field(line, e.billable ? ascii(stringPrintf("%d", e.rateType)) : std::u16string());
     field(line, e.billable ? ascii(stringPrintf("%.02f", EntryAmount(e, env.settings)))
                            : std::u16string());

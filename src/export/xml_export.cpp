@@ -60,12 +60,12 @@ void writeXmlItem(MarkupWriter& out, const TimeEntry& e, const ExportSettings& e
         start.wSecond = 0;
         out.leaf(u"START", getTimeFormat(env.locale, 0, start, &kTimePicture));
     }
-    out.leaf(u"DURATION", ascii(stringPrintf("%.2f", e.duration * 0.01)));
+    out.leaf(u"DURATION", ascii(hundredthsText(e.duration)));
     out.leaf(u"CURRENCY", e.currency);
     if (e.rate * 0.01 != 0) {
         out.start(u"RATE");
         out.attrib(u"Type", ascii(stringPrintf("%d", e.rateType)));
-        out.text(ascii(stringPrintf("%.2f", e.rate * 0.01)));
+        out.text(ascii(hundredthsText(e.rate)));
         out.end();
     }
     out.leaf(u"AMOUNT", ascii(stringPrintf("%.02f", EntryAmount(e, env.settings))));

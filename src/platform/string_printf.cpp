@@ -1,5 +1,7 @@
 #include "platform/string_printf.h"
 
+#include <charconv>
+
 #include <cstdarg>
 #include <cstdio>
 
@@ -27,6 +29,16 @@ std::string stringPrintf(const char* format, ...) {
     }
     va_end(copy);
     return result;
+}
+
+std::string hundredthsText(std::uint64_t hundredths) {
+    char text[32];
+    char* end = std::to_chars(text, text + sizeof text, hundredths / 100).ptr;
+    const unsigned cents = static_cast<unsigned>(hundredths % 100);
+    *end++ = '.';
+    *end++ = static_cast<char>('0' + cents / 10);
+    *end++ = static_cast<char>('0' + cents % 10);
+    return std::string(text, end);
 }
 
 }  // namespace qb

@@ -71,7 +71,7 @@ std::u16string reportCellText(int field, const TimeEntry& e, const ExportSetting
         case 4:
             return e.task;
         case 5:
-            return ascii(stringPrintf("%.2f", e.duration * 0.01)) + u"h";
+            return ascii(hundredthsText(e.duration)) + u"h";
         case 6:
             return e.currency;
         case 7:
