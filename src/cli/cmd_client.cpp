@@ -177,7 +177,8 @@ int exportList(CommandContext& ctx, const Args& args) {
     if (!targetOf(ctx, args, level, &target)) return kExitRefused;
     std::string bytes = listFileBytes(listItemsOf(ctx.masters(), level, target),
                                       args.has("unicode"), ansiCodePage(ctx.platform().registry()));
-    if (!writeWholeFile(words[1], bytes)) return ctx.failed("cannot write " + words[1]);
+    std::string why;
+    if (!writeWholeFile(words[1], bytes, &why)) return ctx.failed(why);
     return kExitOk;
 }
 

@@ -19,7 +19,7 @@
 #include "backup/backup_writer.h"
 #include "cli/cli.h"
 #include "cli/cli_fixture.h"
-#include "platform/calendar.h"
+#include "cli/store_dump.h"
 #include "platform/platform.h"
 #include "store/master_data.h"
 #include "store/tables.h"
@@ -92,31 +92,6 @@ ChildRun runKilledAt(const Words& args, long stopAt) {
     return run;
 }
 
-// Every record of the object store (entries and master data) as text, after
-// checking the file: what the all-or-none comparison compares.
-std::string checkedRecords(const std::string& dataDir) {
-    const std::string path = dataDir + "/" + kDataFileName;
-    if (!std::filesystem::exists(path)) return "";
-    sqlite3* db = nullptr;
-    std::string dump;
-    EXPECT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK);
-    sqlite3_stmt* stmt = nullptr;
-    sqlite3_prepare_v2(db, "PRAGMA integrity_check", -1, &stmt, nullptr);
-    EXPECT_EQ(sqlite3_step(stmt), SQLITE_ROW);
-    EXPECT_STREQ(reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0)), "ok");
-    sqlite3_finalize(stmt);
-    sqlite3_prepare_v2(db, "SELECT oid, db, hex(props) FROM records ORDER BY oid", -1, &stmt,
-                       nullptr);
-    while (sqlite3_step(stmt) == SQLITE_ROW) {
-        dump += std::to_string(sqlite3_column_int64(stmt, 0)) + " " +
-                std::to_string(sqlite3_column_int64(stmt, 1)) + " " +
-                reinterpret_cast<const char*>(sqlite3_column_text(stmt, 2)) + "\n";
-    }
-    sqlite3_finalize(stmt);
-    sqlite3_close(db);
-    return dump;
-}
-
 void copyDir(const std::string& from, const std::string& to) {
     std::filesystem::remove_all(to);
     std::filesystem::copy(from, to, std::filesystem::copy_options::recursive);
@@ -124,29 +99,13 @@ void copyDir(const std::string& from, const std::string& to) {
 
 class KillCli : public ::testing::Test {
   protected:
-    // More than any batch size a bulk operation ever committed in.
-    static constexpr int kEntries = 2100;
-
-    // A store of entries for two clients over May 2024, half of them billable.
     void SetUp() override {
+        fillStore(pristine());
         std::unique_ptr<Platform> p;
         ASSERT_TRUE(Platform::open(pristine(), &p).isOk());
         EntryTable entries(*p);
         MasterTables masters(*p);
         ASSERT_TRUE(entries.open() && masters.open());
-        ASSERT_TRUE(p->file().beginBatch());
-        for (int i = 0; i < kEntries; ++i) {
-            TimeEntry e;
-            e.client = i % 3 ? u"Acme" : u"Globex";
-            e.task = u"Design";
-            e.billable = i % 2 == 0;
-            e.duration = 100;
-            e.rate = 5000;
-            systemTimeToFileTime(makeDate(2024, 5, 1 + i % 28, 9, 0, 1), &e.date);
-            ASSERT_TRUE(addEntry(entries, e));
-            registerMasterData(masters, e);
-        }
-        ASSERT_TRUE(p->file().commitBatch());
         ASSERT_TRUE(createBackupFile(entries, masters, file("all.qrb")));
     }
 
