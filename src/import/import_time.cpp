@@ -140,7 +140,7 @@ bool parseMoment(std::string_view text, Moment* out) {
     } else {
         const std::size_t gap = text.find_first_of(" T");
         if (gap == std::string_view::npos) return false;
-        SYSTEMTIME day, time;
+        SYSTEMTIME day;
         if (!parseDay(text.substr(0, gap), &day)) return false;
         y = day.wYear;
         mo = day.wMonth;

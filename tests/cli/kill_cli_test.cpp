@@ -162,6 +162,21 @@ TEST_F(KillCli, ArchiveWithDelete) {
                                      "--to", "2024-05-20", "--delete"});
 }
 
+TEST_F(KillCli, Import) {
+    std::string json = "[\n";
+    for (int i = 0; i < kManyEntries; ++i) {
+        const std::string day = std::to_string(10 + i % 18);
+        json += std::string(i ? ",\n" : "") + "{\"id\":" + std::to_string(i + 1) +
+                ",\"start\":\"202406" + day + "T09" + std::to_string(10 + i % 50) +
+                "00\",\"end\":\"202406" + day + "T1100" +
+                "00\",\"tags\":[\"client:Acme\","
+                "\"item " +
+                std::to_string(i) + "\"]}";
+    }
+    writeFile(file("intervals.json"), json + "\n]\n");
+    killsLeaveAllOrNone(pristine(), {"import", "timewarrior", file("intervals.json")});
+}
+
 TEST_F(KillCli, RestoreIntoAnEmptyStore) {
     // A store as the first command leaves it, before anything was entered.
     const std::string empty = file("empty");
