@@ -12,19 +12,25 @@
 
 namespace qb {
 
+namespace {
+
+// A client chosen twice is archived once, where it was first chosen.
+std::vector<CEOID> eachOnce(const std::vector<CEOID>& clients) {
+    std::vector<CEOID> once;
+    for (CEOID oid : clients) {
+        if (std::find(once.begin(), once.end(), oid) == once.end()) once.push_back(oid);
+    }
+    return once;
+}
+
+}  // namespace
+
 ArchiveWriter::ArchiveWriter(EntryTable& entries, MasterTables& masters, FILETIME start,
                              FILETIME end)
     : BackupWriter(entries, masters), kind_(kKindEntryArchive), start_(start), end_(end) {}
 
 ArchiveWriter::ArchiveWriter(EntryTable& entries, MasterTables& masters, std::vector<CEOID> clients)
-    : BackupWriter(entries, masters), kind_(kKindClientArchive) {
-    // A client chosen twice is archived once.
-    for (CEOID oid : clients) {
-        if (std::find(clients_.begin(), clients_.end(), oid) == clients_.end()) {
-            clients_.push_back(oid);
-        }
-    }
-}
+    : BackupWriter(entries, masters), kind_(kKindClientArchive), clients_(eachOnce(clients)) {}
 
 ArchiveWriter::ArchiveWriter(EntryTable& entries, MasterTables& masters)
     : BackupWriter(entries, masters), kind_(kKindEntryArchive) {}
@@ -76,6 +82,14 @@ bool ArchiveWriter::deleteArchived() {
     }
     if (batched) ok = file.commitBatch() && ok;
     return ok;
+}
+
+long archiveCount(EntryTable& entries, ArchiveType type, FILETIME start, FILETIME end,
+                  const std::vector<CEOID>& clients) {
+    if (type == ArchiveType::kDateRange) {
+        return walkEntries(entries, start, end, [](const TimeEntry&) { return true; });
+    }
+    return static_cast<long>(eachOnce(clients).size());
 }
 
 bool createArchive(EntryTable& entries, MasterTables& masters, ArchiveType type, FILETIME start,

@@ -45,6 +45,11 @@ class ArchiveWriter : public BackupWriter {
     std::vector<CEOID> clients_;
 };
 
+// What the archive will hold: the entries of the range, or the clients
+// (each once). The question before deleting and the message after name it.
+long archiveCount(EntryTable& entries, ArchiveType type, FILETIME start, FILETIME end,
+                  const std::vector<CEOID>& clients);
+
 // The archive as the menu runs it; true when the file was written (and,
 // when asked, the archived data deleted).
 bool createArchive(EntryTable& entries, MasterTables& masters, ArchiveType type, FILETIME start,

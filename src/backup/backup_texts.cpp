@@ -2,13 +2,38 @@
 
 #include "backup/backup_progress.h"
 #include "backup/backup_writer.h"
+#include "entry/done_texts.h"
 
 namespace qb {
 
 std::u16string backingUpRecordText(long number) {
-    std::u16string text = u"Backing up record ";
-    for (char c : std::to_string(number)) text.push_back(static_cast<char16_t>(c));
-    return text + u"...";
+    return u"Backing up record " + numberText(number) + u"...";
+}
+
+std::u16string restoreQuestion(long adding, long present) {
+    return u"Restoring this backup adds " + countText(adding, u"entry", u"entries") + u" to the " +
+           numberText(present) + u" already here. Do you want to continue?";
+}
+
+std::u16string restoreDoneText(long entries, long clients) {
+    return u"Restore added " + countText(entries, u"entry", u"entries") + u" and " +
+           countText(clients, u"client", u"clients") + u".";
+}
+
+std::u16string archiveDeleteQuestion(int archiveType, long count) {
+    if (archiveType == 1) {
+        return u"Archiving deletes " + countText(count, u"client", u"clients") +
+               u" with their projects, tasks, contacts and rates from this data file once the "
+               u"archive is written. Time entries are preserved. Do you want to continue?";
+    }
+    return u"Archiving deletes " + countText(count, u"entry", u"entries") +
+           u" from this data file once the archive is written. Do you want to continue?";
+}
+
+std::u16string archiveDoneText(int archiveType, long count, bool deleted) {
+    const std::u16string what = archiveType == 1 ? countText(count, u"client", u"clients")
+                                                 : countText(count, u"entry", u"entries");
+    return u"Archived " + what + (deleted ? u" and deleted them from this data file." : u".");
 }
 
 FeatureMessage restoreMessage(int result) {

@@ -47,6 +47,21 @@ inline constexpr std::u16string_view kArchiveRestoredText = u"Archive file has b
 inline constexpr std::u16string_view kArchiveTypeRangeText = u"Entries of a date range";
 inline constexpr std::u16string_view kArchiveTypeClientsText = u"Clients";
 
+// Restoring into a store that holds entries asks first; a date-range
+// archive is not a backup and is sent to Archive > Load before anything is
+// added; the end says what was added.
+inline constexpr std::u16string_view kArchiveGivenToRestoreText =
+    u"This file is an archive of time entries, not a backup. Please load it with Archive > Load.";
+// "Restoring this backup adds 12 entries to the 40 already here. Do you want to continue?"
+std::u16string restoreQuestion(long adding, long present);
+// "Restore added 12 entries and 3 clients."
+std::u16string restoreDoneText(long entries, long clients);
+
+// Archive with "Delete when archived": the question before, with the count,
+// and what was done. The archive's type is 0 for a date range, 1 for clients.
+std::u16string archiveDeleteQuestion(int archiveType, long count);
+std::u16string archiveDoneText(int archiveType, long count, bool deleted);
+
 enum class FeatureIcon { kInformation, kExclamation, kStop };
 
 struct FeatureMessage {

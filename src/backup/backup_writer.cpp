@@ -319,6 +319,54 @@ int BackupWriter::restoreFile(const std::string& fileName) {
     return ok ? kRestoreDone : kRestoreFailed;
 }
 
+int inspectBackupFile(const std::string& fileName, BackupContents* out, Status* why) {
+    auto failed = [why](int result, Status s) {
+        if (why) *why = std::move(s);
+        return result;
+    };
+    std::unique_ptr<CompoundFile> file;
+    Status s = CompoundFile::open(fileName, &file);
+    if (!s.isOk()) return failed(kRestoreFailed, s);
+    CompoundStorage root = file->root();
+    CompoundStream dataVersion;
+    s = root.openStream(kDataVersionStream, &dataVersion);
+    if (!s.isOk()) return failed(kRestoreFailed, within(kDataVersionStream, s));
+    FieldReader header(dataVersion);
+    std::uint32_t version = 0;
+    s = header.u32("version", &version);
+    if (s.isOk() && version != kBackupVersion) {
+        return failed(kRestoreUnsupported,
+                      Status::invalidArgument("format version " + std::to_string(version)));
+    }
+    if (s.isOk()) s = header.u32("kind", &out->kind);
+    if (!s.isOk()) return failed(kRestoreFailed, within(kDataVersionStream, s));
+    auto count = [&root](std::u16string_view storage) {
+        long n = 0;
+        CompoundStorage inner;
+        CompoundEnum elements;
+        ElementInfo element;
+        if (!root.openStorage(storage, &inner).isOk() || !inner.enumElements(&elements).isOk()) {
+            return n;
+        }
+        while (elements.next(&element)) ++n;
+        return n;
+    };
+    out->entries = count(kRecordsStorage);
+    out->clients = count(kClientsStorage);
+    if (why) *why = Status::ok();
+    return kRestoreDone;
+}
+
+long storedEntryCount(EntryTable& entries) {
+    long n = 0;
+    for (bool found = entries.seekFirst(); found; found = entries.seekNext()) ++n;
+    return n;
+}
+
+long storedClientCount(MasterTables& masters) {
+    return static_cast<long>(allClients(masters.clients).size());
+}
+
 bool createBackupFile(EntryTable& entries, MasterTables& masters, const std::string& fileName,
                       BackupProgress* progress, Status* why) {
     BackupWriter writer(entries, masters, progress);

@@ -75,6 +75,21 @@ class BackupWriter {
     std::uint32_t rememberedClient_ = 0;
 };
 
+// What a backup or archive file holds, read before anything is added.
+struct BackupContents {
+    std::uint32_t kind = 0;  // kKindBackup, kKindEntryArchive or kKindClientArchive
+    long entries = 0;
+    long clients = 0;
+};
+
+// Reads the file's header and counts its entries and clients; adds nothing.
+// One of RestoreResult: kRestoreDone when the file could be read so far.
+int inspectBackupFile(const std::string& fileName, BackupContents* out, Status* why = nullptr);
+
+// The entries and clients the store holds now.
+long storedEntryCount(EntryTable& entries);
+long storedClientCount(MasterTables& masters);
+
 // The backup as the menu runs it: true on success.
 bool createBackupFile(EntryTable& entries, MasterTables& masters, const std::string& fileName,
                       BackupProgress* progress = nullptr, Status* why = nullptr);

@@ -52,9 +52,16 @@ int create(CommandContext& ctx, const Args& args, const std::string& fileName) {
         }
     }
     ArchiveType type = range ? ArchiveType::kDateRange : ArchiveType::kClients;
+    const bool deleting = args.has("delete");
+    const long count = archiveCount(ctx.entries(), type, start, end, clients);
+    if (deleting &&
+        !confirmed(ctx, args.has("yes"), archiveDeleteQuestion(static_cast<int>(type), count))) {
+        return kExitRefused;
+    }
     Status why;
-    if (createArchive(ctx.entries(), ctx.masters(), type, start, end, clients, args.has("delete"),
-                      fileName, &why)) {
+    if (createArchive(ctx.entries(), ctx.masters(), type, start, end, clients, deleting, fileName,
+                      &why)) {
+        ctx.out << u8(archiveDoneText(static_cast<int>(type), count, deleting)) << "\n";
         return kExitOk;
     }
     return ctx.writeFailed(kArchiveFailedText, why.message());
@@ -74,7 +81,9 @@ int load(CommandContext& ctx, const std::string& fileName) {
 
 int runArchive(CommandContext& ctx) {
     Args args;
-    if (!ctx.parse(args, 0, {{"from", true}, {"to", true}, {"client", true}, {"delete", false}})) {
+    if (!ctx.parse(
+            args, 0,
+            {{"from", true}, {"to", true}, {"client", true}, {"delete", false}, {"yes", false}})) {
         return kExitRefused;
     }
     const std::vector<std::string>& words = args.positional();

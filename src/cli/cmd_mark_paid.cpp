@@ -1,5 +1,9 @@
+#include <ostream>
+
+#include "cli/cli_text.h"
 #include "cli/command.h"
 #include "cli/criteria_args.h"
+#include "entry/done_texts.h"
 #include "entry/mark_paid.h"
 #include "platform/platform.h"
 #include "store/time_entry.h"
@@ -17,8 +21,9 @@ int runMarkPaid(CommandContext& ctx) {
     MarkPaidResult r =
         markPaidEntries(ctx.platform().file(), ctx.entries(), filter.rangeStart(),
                         filter.rangeEnd(), [&](const TimeEntry& e) { return filter.matches(e); });
-    return r.ok ? kExitOk
-                : ctx.failed("cannot mark the entries in " + ctx.platform().file().path());
+    if (!r.ok) return ctx.failed("cannot mark the entries in " + ctx.platform().file().path());
+    ctx.out << u8(markPaidDoneText(r.marked)) << "\n";
+    return kExitOk;
 }
 
 }  // namespace qb

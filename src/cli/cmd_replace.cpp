@@ -1,6 +1,9 @@
+#include <ostream>
+
 #include "cli/cli_text.h"
 #include "cli/command.h"
 #include "cli/master_lookup.h"
+#include "entry/done_texts.h"
 #include "entry/replace_text.h"
 #include "platform/platform.h"
 
@@ -39,8 +42,9 @@ int runReplace(CommandContext& ctx) {
     if (!confirmed(ctx, args.has("yes"), kReplaceQuestion)) return kExitRefused;
     ReplaceResult r = replaceFieldText(ctx.platform().file(), ctx.entries(), ctx.masters(), field,
                                        u16(words[1]), replacement, nullptr);
-    return r.ok ? kExitOk
-                : ctx.failed("cannot replace the text in " + ctx.platform().file().path());
+    if (!r.ok) return ctx.failed("cannot replace the text in " + ctx.platform().file().path());
+    ctx.out << u8(replaceDoneText(r.entriesChanged, r.masterRenamed, r.masterMerged)) << "\n";
+    return kExitOk;
 }
 
 }  // namespace qb

@@ -152,7 +152,11 @@ int complete(CommandContext& ctx, TimerTable& table, const Args& args, int index
 }
 
 int reset(CommandContext& ctx, TimerTable& table, const Args& args, int index) {
-    if (!confirmed(ctx, args.has("yes"), kResetTimerQuestion)) return kExitRefused;
+    EntryTimerSet now;
+    if (!now.load(table)) return ctx.failed("cannot read the timers");
+    if (resetAsks(now.timer(index)) && !confirmed(ctx, args.has("yes"), kResetTimerQuestion)) {
+        return kExitRefused;
+    }
     return change(ctx, table, index, kAlwaysOffered, kAlwaysOffered, [&](EntryTimerSet& timers) {
         timers.reset(index);
         return true;

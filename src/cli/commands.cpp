@@ -189,22 +189,24 @@ constexpr const char* kFilterUsage =
 
 constexpr const char* kBackupUsage =
     "usage: quillarbor backup create FILE\n"
-    "       quillarbor backup restore FILE\n"
+    "       quillarbor backup restore FILE [--yes]\n"
     "\n"
     "create writes every time entry and all client master data to FILE (.qrb).\n"
     "restore adds the entries and clients of FILE to the data: nothing is deleted\n"
     "first and nothing is checked for duplicates, so restoring twice doubles the\n"
-    "entries.\n";
+    "entries. Adding to entries already here needs --yes; a date-range archive is\n"
+    "refused (use archive load). Prints what it added.\n";
 
 constexpr const char* kArchiveUsage =
-    "usage: quillarbor archive create FILE --from YYYY-MM-DD --to YYYY-MM-DD [--delete]\n"
-    "       quillarbor archive create FILE --client NAME [--client NAME]... [--delete]\n"
+    "usage: quillarbor archive create FILE --from YYYY-MM-DD --to YYYY-MM-DD [--delete --yes]\n"
+    "       quillarbor archive create FILE --client NAME [--client NAME]... [--delete --yes]\n"
     "       quillarbor archive load FILE\n"
     "\n"
     "create writes either the entries dated from --from 00:00:00 to --to 23:59:59,\n"
     "or the named clients with their projects, tasks, contacts and rates, to FILE\n"
-    "(.qra). --delete deletes what was archived once the file is written (clients\n"
-    "keep their entries). load adds the entries of a date-range archive.\n";
+    "(.qra), each client once, and prints how many. --delete deletes what was\n"
+    "archived once the file is written (clients keep their entries) and needs\n"
+    "--yes. load adds the entries of a date-range archive.\n";
 
 constexpr const char* kImportUsage =
     "usage: quillarbor import FORMAT FILE [--dry-run] [--client C] [--project P] [--task T]\n"

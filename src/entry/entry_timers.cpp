@@ -197,4 +197,8 @@ FormResult entryFromTimer(const EntryTimer& timer, const Settings& settings,
     return {};
 }
 
+bool resetAsks(const EntryTimer& timer) {
+    return timer.state != TimerState::kIdle;
+}
+
 }  // namespace qb

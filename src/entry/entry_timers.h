@@ -77,6 +77,9 @@ class EntryTimerSet {
 };
 
 inline constexpr std::u16string_view kResetTimerQuestion = u"Are you sure to reset the timer?";
+// Reset Timer asks only when there is time to lose: an idle timer resets
+// without the question.
+bool resetAsks(const EntryTimer& timer);
 
 // "%02ld:%02ld:%02ld" of the elapsed seconds; the hours do not wrap.
 std::u16string timerClockText(std::uint32_t elapsed);

@@ -104,10 +104,17 @@ TEST_F(BackupCliTest, ArchiveWithDeleteMovesTheRangeOut) {
     addEntry({"--date", "2026-11-02", "--client", "Acme", "--task", "A"});
     addEntry({"--date", "2026-11-05", "--client", "Acme", "--task", "B"});
     addEntry({"--date", "2026-11-06", "--client", "Acme", "--task", "C"});
+    const std::string before = listed();
     std::string file = files_.file("week.qra");
-    EXPECT_EQ(
-        ok({"archive", "create", file, "--from", "2026-11-02", "--to", "2026-11-05", "--delete"}),
-        "");
+    const Words archive{"archive",    "create", file,         "--from",
+                        "2026-11-02", "--to",   "2026-11-05", "--delete"};
+    asksFirst(archive,
+              "Archiving deletes 2 entries from this data file once the archive is written. Do you "
+              "want to continue?");
+    EXPECT_EQ(listed(), before);
+    Words confirmed = archive;
+    confirmed.push_back("--yes");
+    EXPECT_EQ(ok(confirmed), "Archived 2 entries and deleted them from this data file.\n");
     std::string left = listed();
     EXPECT_EQ(std::count(left.begin(), left.end(), '\n'), 2) << left;  // header and C
     EXPECT_EQ(ok({"archive", "load", file}), "Archive file has been restored.\n");

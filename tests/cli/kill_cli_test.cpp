@@ -159,7 +159,7 @@ TEST_F(KillCli, ReplaceFieldText) {
 
 TEST_F(KillCli, ArchiveWithDelete) {
     killsLeaveAllOrNone(pristine(), {"archive", "create", file("may.qra"), "--from", "2024-05-01",
-                                     "--to", "2024-05-20", "--delete"});
+                                     "--to", "2024-05-20", "--delete", "--yes"});
 }
 
 TEST_F(KillCli, Import) {

@@ -192,6 +192,10 @@ TEST_F(TimerCli, ResetAsksAndNoteReplaces) {
               "4\trecording\t2026-11-21T09:00:00\t00:02:00\t\t\t\tnew\\r\\nline");
     okAt("09:03:00", {"timer", "reset", "4", "--yes"});
     EXPECT_EQ(line("09:04:00", 4), "4\tidle\t\t00:00:00\t\t\t\t");
+    // An idle timer has no time to lose: no question, even with a note.
+    okAt("09:05:00", {"timer", "note", "4", "later"});
+    okAt("09:05:00", {"timer", "reset", "4"});
+    EXPECT_EQ(line("09:06:00", 4), "4\tidle\t\t00:00:00\t\t\t\t");
 }
 
 TEST_F(TimerCli, LongRunsAndClocksSetBack) {

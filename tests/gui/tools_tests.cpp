@@ -192,15 +192,29 @@ void ToolsTests::backupThenRestoreThroughTheMenu() {
     QCOMPARE(seen.value, 4);
     QCOMPARE(seen.maximum, 4);
 
-    // Restore adds, it does not replace: the week shows every entry twice.
+    // Restore adds, it does not replace: it asks first with the counts, No
+    // adds nothing, Yes shows every entry twice and says what it added.
+    const QString question = QStringLiteral(
+        "Restoring this backup adds 2 entries to the 2 already here. Do you want to continue?");
+    chooser.paths << file;
+    messages.answer(QMessageBox::No);
+    w.runCommand(kCmdBackupRestore);
+    QCOMPARE(messages.texts(), QStringList{question});
+    QCOMPARE(messages.shown[0].defaultButton, QMessageBox::No);
+    QCOMPARE(allEntries(*state).size(), std::size_t(2));
+    messages.shown.clear();
+    messages.answer(QMessageBox::Yes);
     chooser.paths << file;
     seen.lines.clear();
     w.runCommand(kCmdBackupRestore);
     QVERIFY(!chooser.asked.back().save);
-    QVERIFY(messages.shown.empty());
+    QCOMPARE(messages.texts(),
+             (QStringList{question, QStringLiteral("Restore added 2 entries and 0 clients.")}));
+    QCOMPARE(messages.shown[1].icon, MessageIcon::kInformation);
     QVERIFY(!seen.barShown);
     QCOMPARE(allEntries(*state).size(), std::size_t(4));
     QCOMPARE(w.entryList().collectIds().size(), std::size_t(4));
+    messages.shown.clear();
 
     // Failures: a folder that is not there, a file that is no backup.
     chooser.paths << dir.filePath(QStringLiteral("missing/x.qrb"));
@@ -246,10 +260,25 @@ void ToolsTests::archiveOfTheWeekDeletesThenLoadsBack() {
         child<QCheckBox>(*d, "deleteWhenArchived")->setChecked(true);
         pressOk(*d);
     });
+    // Deleting asks first, with the count; then says what was done.
+    messages.answer(QMessageBox::Yes);
     w.runCommand(kCmdArchiveCreate);
     QVERIFY(QFile::exists(file));
     QCOMPARE(chooser.asked.back().filters, QStringList{QStringLiteral("Archive Files (*.qra)")});
-    QVERIFY(messages.shown.empty());
+    QCOMPARE(messages.texts(),
+             (QStringList{QStringLiteral("Archiving deletes 2 entries from this data file once the "
+                                         "archive is written. Do you want to continue?"),
+                          QStringLiteral("Archived 2 entries and deleted them from this data "
+                                         "file.")}));
+    QCOMPARE(messages.shown[0].defaultButton, QMessageBox::No);
+    messages.shown.clear();
+
+    // Given to Backup > Restore, the archive is recognised and nothing added.
+    chooser.paths << file;
+    w.runCommand(kCmdBackupRestore);
+    QCOMPARE(messages.texts(), QStringList{text(kArchiveGivenToRestoreText)});
+    QCOMPARE(allEntries(*state).size(), std::size_t(2));
+    messages.shown.clear();
     // Both ends of the range went into the file and out of the store.
     QCOMPARE(countOn(*state, 14) + countOn(*state, 22), 2);
     QCOMPARE(countOn(*state, 15) + countOn(*state, 21), 0);
@@ -273,11 +302,13 @@ void ToolsTests::archiveOfTheWeekDeletesThenLoadsBack() {
     w.runCommand(kCmdArchiveLoad);
     chooser.paths << dir.filePath(QStringLiteral("none.qra"));
     w.runCommand(kCmdArchiveLoad);
-    QCOMPARE(messages.texts(), (QStringList{text(kArchiveRestoredText), text(kArchiveDataOnlyText),
-                                            text(kArchiveTooOldText)}));
+    QCOMPARE(messages.texts(),
+             (QStringList{text(kArchiveRestoredText), QStringLiteral("Archived 1 client."),
+                          text(kArchiveDataOnlyText), text(kArchiveTooOldText)}));
     QCOMPARE(messages.shown[0].icon, MessageIcon::kInformation);
-    QCOMPARE(messages.shown[1].icon, MessageIcon::kExclamation);
-    QCOMPARE(messages.shown[2].icon, MessageIcon::kStop);
+    QCOMPARE(messages.shown[1].icon, MessageIcon::kInformation);
+    QCOMPARE(messages.shown[2].icon, MessageIcon::kExclamation);
+    QCOMPARE(messages.shown[3].icon, MessageIcon::kStop);
     QCOMPARE(allEntries(*state).size(), std::size_t(4));
 }
 

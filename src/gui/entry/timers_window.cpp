@@ -166,7 +166,8 @@ void TimersWindow::complete() {
 }
 
 void TimersWindow::resetTimer() {
-    if (!confirm(this, toQt(std::u16string(kResetTimerQuestion)), MessageIcon::kQuestion)) {
+    if (resetAsks(work_.timer(shown_)) &&
+        !confirm(this, toQt(std::u16string(kResetTimerQuestion)), MessageIcon::kQuestion)) {
         updateButtons();
         return;
     }

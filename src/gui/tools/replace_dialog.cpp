@@ -12,6 +12,7 @@
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
+#include "entry/done_texts.h"
 #include "gui/app_state.h"
 #include "gui/dialogs/dialog_support.h"
 #include "gui/message_box.h"
@@ -137,6 +138,10 @@ void ReplaceDialog::accept() {
     if (!result_.ok) {
         fail(this, QStringLiteral("The text could not be replaced in %1.")
                        .arg(QString::fromStdString(state_.platform().file().path())));
+    } else {
+        showMessage(this, {qtText(replaceDoneText(result_.entriesChanged, result_.masterRenamed,
+                                                  result_.masterMerged)),
+                           MessageIcon::kInformation, QMessageBox::Ok, QMessageBox::Ok});
     }
     QDialog::accept();
 }

@@ -3,8 +3,10 @@
 #include <QFileInfo>
 
 #include "backup/archive_writer.h"
+#include "backup/backup_layout.h"
 #include "backup/backup_texts.h"
 #include "backup/backup_writer.h"
+#include "entry/done_texts.h"
 #include "entry/mark_paid.h"
 #include "entry/note_export.h"
 #include "entry/note_text.h"
@@ -70,6 +72,12 @@ void tell(QWidget* parent, const FeatureMessage& message) {
     showMessage(parent, {qtText(message.text), icon, QMessageBox::Ok, QMessageBox::Ok});
 }
 
+// What a finished bulk change did, with its counts.
+void inform(QWidget* parent, const std::u16string& text) {
+    showMessage(parent,
+                {qtText(text), MessageIcon::kInformation, QMessageBox::Ok, QMessageBox::Ok});
+}
+
 }  // namespace
 
 Tools::Tools(MainWindow& window, AppState& state)
@@ -99,12 +107,37 @@ void Tools::restoreBackup() {
     if (!chooseFile(&window_, fileRequest(false, kBackupFilterText, kBackupExtension), &file)) {
         return;
     }
+    // What the file holds is known before anything is added: a date-range
+    // archive belongs to Archive > Load, and adding to entries already here
+    // asks first.
+    const std::string path = localPath(file.path);
+    BackupContents contents;
+    int result = inspectBackupFile(path, &contents);
+    if (result != kRestoreDone) {
+        tell(&window_, restoreMessage(result));
+        return;
+    }
+    if (contents.kind == kKindEntryArchive) {
+        warn(&window_, qtText(kArchiveGivenToRestoreText));
+        return;
+    }
+    const long present = storedEntryCount(state_.entries());
+    const long clients = storedClientCount(state_.masters());
+    if (present > 0 && !confirm(&window_, qtText(restoreQuestion(contents.entries, present)),
+                                MessageIcon::kQuestion)) {
+        return;
+    }
     ProgressDialog dialog(kRestoreProgressText, false, &window_);
-    const int result = dialog.run([&](BackupProgress*) {
-        return restoreBackupFile(state_.entries(), state_.masters(), localPath(file.path));
+    result = dialog.run([&](BackupProgress*) {
+        return restoreBackupFile(state_.entries(), state_.masters(), path);
     });
     window_.refresh();
-    tell(&window_, restoreMessage(result));
+    if (result != kRestoreDone) {
+        tell(&window_, restoreMessage(result));
+        return;
+    }
+    inform(&window_, restoreDoneText(storedEntryCount(state_.entries()) - present,
+                                     storedClientCount(state_.masters()) - clients));
 }
 
 void Tools::createArchive() {
@@ -119,12 +152,17 @@ void Tools::createArchive() {
                     &file)) {
         return;
     }
+    const int type = static_cast<int>(dialog.type());
+    const bool deleting = dialog.deleteWhenArchived();
+    const long count = archiveCount(state_.entries(), dialog.type(), dialog.rangeStart(),
+                                    dialog.rangeEnd(), dialog.checkedClients());
+    if (deleting && !confirm(&window_, qtText(archiveDeleteQuestion(type, count)))) return;
     bool ok = false;
     {
         WaitCursor wait;
         ok = qb::createArchive(state_.entries(), state_.masters(), dialog.type(),
                                dialog.rangeStart(), dialog.rangeEnd(), dialog.checkedClients(),
-                               dialog.deleteWhenArchived(), localPath(file.path));
+                               deleting, localPath(file.path));
         window_.refresh();
     }
     if (!ok) {
@@ -132,6 +170,7 @@ void Tools::createArchive() {
         return;
     }
     window_.announceFile(tr("Archive"), file.path);
+    inform(&window_, archiveDoneText(type, count, deleting));
 }
 
 void Tools::loadArchive() {
@@ -167,7 +206,9 @@ void Tools::markPaidEntries() {
     if (!r.ok) {
         fail(&window_, QStringLiteral("The entries could not be marked paid in %1.")
                            .arg(QString::fromStdString(file.path())));
+        return;
     }
+    inform(&window_, markPaidDoneText(r.marked));
 }
 
 void Tools::replaceFieldText() {
