@@ -54,7 +54,8 @@ const Writer kWriters[] = {
     {"note export", {"note", "export", "NOTE", "FILE", "--format", "rtf"}},
     // Last: once it has run to the end, the entries it archived are gone.
     {"archive with delete",
-     {"archive", "create", "FILE", "--from", "2024-05-01", "--to", "2024-05-20", "--delete"}},
+     {"archive", "create", "FILE", "--from", "2024-05-01", "--to", "2024-05-20", "--delete",
+      "--yes"}},
 };
 
 class WriteFaultCli : public ::testing::Test {
