@@ -367,6 +367,9 @@ void ToolsTests::replaceRefusesAsksThenRenames() {
     });
     w.runCommand(kCmdReplaceFieldText);
     QVERIFY(asked);
+    // The end says what changed.
+    QCOMPARE(messages.last(), QStringLiteral("Replace changed 2 entries and 1 name."));
+    QCOMPARE(messages.shown.back().icon, MessageIcon::kInformation);
     QStringList clients;
     for (const TimeEntry& e : allEntries(*state)) clients << toQt(e.client);
     QCOMPARE(clients, (QStringList{"Acme Ltd", "acme", "Acme Inc", "Acme Ltd"}));
