@@ -140,8 +140,13 @@ bool readTimewInterval(std::size_t record, const json& value, const ImportOption
 
 bool unixMoment(const json& value, Moment* out) {
     if (value.is_number_integer()) return momentFromUnix(value.get<std::int64_t>(), out);
-    if (value.is_number_float())
-        return momentFromUnix(static_cast<std::int64_t>(value.get<double>()), out);
+    if (value.is_number_float()) {
+        // Seconds beyond a 64-bit count (or NaN) name no moment; converting
+        // them would be undefined.
+        const double seconds = value.get<double>();
+        if (!(seconds > -9.2e18 && seconds < 9.2e18)) return false;
+        return momentFromUnix(static_cast<std::int64_t>(seconds), out);
+    }
     if (value.is_string()) return parseMoment(value.get_ref<const std::string&>(), out);
     return false;
 }
