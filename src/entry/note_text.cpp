@@ -10,13 +10,20 @@ std::u16string noteText(const TimeEntry& entry) {
 
 std::u16string noteText(const std::vector<std::uint8_t>& bytes) {
     std::u16string text;
-    text.reserve(bytes.size() / 2);
-    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
-        char16_t c = static_cast<char16_t>(bytes[i] | bytes[i + 1] << 8);
-        if (c == 0) break;
-        text.push_back(c);
-    }
+    appendNoteText(bytes, text);
     return text;
+}
+
+void appendNoteText(const std::vector<std::uint8_t>& bytes, std::u16string& out) {
+    const std::size_t from = out.size();
+    out.resize(from + bytes.size() / 2);
+    char16_t* at = out.data() + from;
+    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
+        const auto c = static_cast<char16_t>(bytes[i] | bytes[i + 1] << 8);
+        if (c == 0) break;
+        *at++ = c;
+    }
+    out.resize(static_cast<std::size_t>(at - out.data()));
 }
 
 std::vector<std::uint8_t> noteBytes(const std::u16string& text) {

@@ -147,8 +147,9 @@ bool holdsLetter(std::u16string_view text) {
 }
 
 std::u16string twoDecimals(double value) {
-    const std::string text = stringPrintf("%.2f", value);
-    return std::u16string(text.begin(), text.end());
+    std::u16string text;
+    appendTwoDecimals(value, text);
+    return text;
 }
 
 }  // namespace qb

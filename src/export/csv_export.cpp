@@ -3,7 +3,6 @@
 #include "entry/entry_amount.h"
 #include "entry/note_text.h"
 #include "export/export_file.h"
-#include "platform/calendar.h"
 #include "platform/string_printf.h"
 #include "store/time_entry.h"
 #include "views/entry_filter.h"
@@ -15,28 +14,25 @@ constexpr std::u16string_view kHeaderStart =
     u"\"Date\",\"Client\",\"Project\",\"Phase\",\"Task\",\"Start\",\"Duration(h)\","
     u"\"Billable\",\"Paid\",\"Currency\",\"Rate\",\"Rate Type\",\"Amount\",\"Bill To\",\"";
 
-std::u16string ascii(const std::string& s) {
-    return std::u16string(s.begin(), s.end());
-}
-
 void field(std::u16string& line, std::u16string_view value) {
     line += u",\"";
     line += value;
     line += u'"';
 }
 
-std::u16string substituteBreaks(const std::u16string& text, std::u16string_view substitute) {
-    std::u16string out;
-    out.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n') {
-            out += substitute;
-            ++i;
-        } else {
-            out += text[i];
+// The text with each CR LF replaced by `substitute`.
+void appendSubstituted(std::u16string& out, std::u16string_view text,
+                       std::u16string_view substitute) {
+    for (std::size_t from = 0;;) {
+        const std::size_t at = text.find(u"\r\n", from);
+        if (at == std::u16string_view::npos) {
+            out.append(text.substr(from));
+            return;
         }
+        out.append(text.substr(from, at - from));
+        out.append(substitute);
+        from = at + 2;
     }
-    return out;
 }
 
 }  // namespace
@@ -65,35 +61,49 @@ std::u16string csvHeader(const Settings& settings) {
     return header;
 }
 
-std::u16string csvLine(const TimeEntry& e, const ExportSettings& env) {
-    SYSTEMTIME when{};
-    fileTimeToSystemTime(e.date, &when);
-    std::u16string line;
-    line.reserve(256);
+CsvLines::CsvLines(const ExportSettings& env)
+    : env_(env),
+      pictures_(env.locale),
+      breakSubstitute_(lineBreakSubstitute(env.settings.breakSub)) {}
+
+void CsvLines::append(const TimeEntry& e, std::u16string& line) {
     line += u'"';
-    line += getDateFormat(env.locale, DATE_SHORTDATE, when, nullptr);
+    pictures_.appendDate(e, line);
     line += u'"';
     field(line, e.client);
     field(line, e.project);
     field(line, e.phase);
     field(line, e.task);
-    field(line, hasStartTime(e) ? getTimeFormat(env.locale, TIME_NOSECONDS, when, nullptr)
-                                : std::u16string());
-    field(line, ascii(hundredthsText(e.duration)));
-    field(line, e.billable ? u"Y" : u"N");
-    field(line, e.paid ? u"Y" : u"N");
+    line += u",\"";
+    if (hasStartTime(e)) pictures_.appendTime(e, line);
+    line += u"\",\"";
+    appendHundredths(e.duration, line);
+    line += e.billable ? u"\",\"Y" : u"\",\"N";
+    line += e.paid ? u"\",\"Y\"" : u"\",\"N\"";
     field(line, e.currency);
-    field(line, e.rate != 0 ? ascii(hundredthsText(e.rate)) : std::u16string());
-    field(line, e.billable ? ascii(stringPrintf("%d", e.rateType)) : std::u16string());
-    field(line, e.billable ? ascii(stringPrintf("%.02f", EntryAmount(e, env.settings)))
-                           : std::u16string());
+    line += u",\"";
+    if (e.rate != 0) appendHundredths(e.rate, line);
+    line += u"\",\"";
+    if (e.billable) appendInteger(e.rateType, line);
+    line += u"\",\"";
+    if (e.billable) appendTwoDecimals(EntryAmount(e, env_.settings), line);
+    line += u'"';
     field(line, e.billTo);
     field(line, e.custom1);
     field(line, e.custom2);
     field(line, e.custom3);
-    std::u16string note = e.notes.empty() ? std::u16string() : noteText(e);
-    field(line, substituteBreaks(note, lineBreakSubstitute(env.settings.breakSub)));
-    line += u"\r\n";
+    line += u",\"";
+    if (!e.notes.empty()) {
+        note_.clear();
+        appendNoteText(e.notes, note_);
+        appendSubstituted(line, note_, breakSubstitute_);
+    }
+    line += u"\"\r\n";
+}
+
+std::u16string csvLine(const TimeEntry& entry, const ExportSettings& env) {
+    std::u16string line;
+    CsvLines(env).append(entry, line);
     return line;
 }
 
@@ -106,8 +116,12 @@ bool ExportCsv(EntryTable& table, const std::string& fileName, const EntryFilter
         constexpr std::size_t kBatchBytes = 1 << 16;
         std::string batch;
         batch.reserve(kBatchBytes + 4096);
+        CsvLines lines(env);
+        std::u16string line;
         walkMatching(table, filter, [&](const TimeEntry& e) {
-            file.appendConverted(batch, csvLine(e, env));
+            line.clear();
+            lines.append(e, line);
+            file.appendConverted(batch, line);
             if (batch.size() >= kBatchBytes) {
                 file.writeRaw(batch.data(), batch.size());
                 batch.clear();

@@ -6,6 +6,7 @@
 
 #include <string>
 
+#include "export/entry_pictures.h"
 #include "export/export_settings.h"
 
 namespace qb {
@@ -18,6 +19,20 @@ struct TimeEntry;
 std::u16string csvHeader(const Settings& settings);
 // One entry's line, CR LF included.
 std::u16string csvLine(const TimeEntry& entry, const ExportSettings& env);
+
+// Makes the lines of one export, the user's pictures read once for all.
+class CsvLines {
+  public:
+    explicit CsvLines(const ExportSettings& env);
+    // Appends one entry's line, CR LF included.
+    void append(const TimeEntry& entry, std::u16string& line);
+
+  private:
+    const ExportSettings& env_;
+    EntryPictures pictures_;
+    std::u16string_view breakSubstitute_;
+    std::u16string note_;
+};
 // What replaces a CR LF of a note for a BreakSub choice (0-3).
 std::u16string_view lineBreakSubstitute(std::uint16_t breakSub);
 

@@ -18,10 +18,6 @@ constexpr std::u16string_view kLabels[] = {u"(Default)",  u"UTF-8", u"UTF-16",
 // Markup is written to the file in pieces of about this many code units.
 constexpr std::size_t kDrainUnits = 1 << 15;
 
-std::u16string ascii(const std::string& s) {
-    return std::u16string(s.begin(), s.end());
-}
-
 }  // namespace
 
 std::u16string_view encodingLabel(std::uint16_t encoding) {
@@ -39,18 +35,21 @@ std::u16string xmlDeclaration(std::uint16_t encoding) {
     return d;
 }
 
-void writeXmlItem(MarkupWriter& out, const TimeEntry& e, const ExportSettings& env) {
-    static const std::u16string kDatePicture = u"yyyy-MM-dd";
-    // Twelve-hour hours without a marker: 13:30 is "01:30:00". Files have
-    // always been written so, and readers of them expect it.
-    static const std::u16string kTimePicture = u"hh:mm:ss";
+// Twelve-hour hours without a marker: 13:30 is "01:30:00". Files have
+// always been written so, and readers of them expect it.
+XmlItems::XmlItems(const ExportSettings& env)
+    : env_(env), date_(u"yyyy-MM-dd"), time_(u"hh:mm:ss", false) {}
+
+void XmlItems::write(MarkupWriter& out, const TimeEntry& e) {
     SYSTEMTIME when{};
-    fileTimeToSystemTime(e.date, &when);
+    const bool dated = fileTimeToSystemTime(e.date, &when);
 
     out.start(u"ITEM");
     out.attrib(u"Billable", e.billable ? u"Y" : u"N");
     out.attrib(u"Paid", e.paid ? u"Y" : u"N");
-    out.leaf(u"DATE", getDateFormat(env.locale, 0, when, &kDatePicture));
+    text_.clear();
+    if (dated) date_.append(when, text_);
+    out.leaf(u"DATE", text_);
     out.leaf(u"CLIENT", e.client);
     out.leaf(u"PROJECT", e.project);
     out.leaf(u"PHASE", e.phase);
@@ -58,24 +57,35 @@ void writeXmlItem(MarkupWriter& out, const TimeEntry& e, const ExportSettings& e
     if (hasStartTime(e)) {
         SYSTEMTIME start = when;
         start.wSecond = 0;
-        out.leaf(u"START", getTimeFormat(env.locale, 0, start, &kTimePicture));
+        text_.clear();
+        time_.append(start, text_);
+        out.leaf(u"START", text_);
     }
-    out.leaf(u"DURATION", ascii(hundredthsText(e.duration)));
+    text_.clear();
+    appendHundredths(e.duration, text_);
+    out.leaf(u"DURATION", text_);
     out.leaf(u"CURRENCY", e.currency);
     if (e.rate * 0.01 != 0) {
         out.start(u"RATE");
-        out.attrib(u"Type", ascii(stringPrintf("%d", e.rateType)));
-        out.text(ascii(hundredthsText(e.rate)));
+        text_.clear();
+        appendInteger(e.rateType, text_);
+        out.attrib(u"Type", text_);
+        text_.clear();
+        appendHundredths(e.rate, text_);
+        out.text(text_);
         out.end();
     }
-    out.leaf(u"AMOUNT", ascii(stringPrintf("%.02f", EntryAmount(e, env.settings))));
+    text_.clear();
+    appendTwoDecimals(EntryAmount(e, env_.settings), text_);
+    out.leaf(u"AMOUNT", text_);
     out.leaf(u"BILLTO", e.billTo);
     out.leaf(u"CUSTOM1", e.custom1);
     out.leaf(u"CUSTOM2", e.custom2);
     out.leaf(u"CUSTOM3", e.custom3);
     if (!e.notes.empty()) {
-        std::u16string note = noteText(e);
-        if (!note.empty()) out.leaf(u"NOTES", note);
+        text_.clear();
+        appendNoteText(e.notes, text_);
+        if (!text_.empty()) out.leaf(u"NOTES", text_);
     }
     out.end();
 }
@@ -100,8 +110,9 @@ bool ExportXml(EntryTable& table, const std::string& fileName, const EntryFilter
         };
         MarkupWriter out(text);
         out.start(u"ITEMS");
+        XmlItems items(env);
         walkMatching(table, filter, [&](const TimeEntry& e) {
-            writeXmlItem(out, e, env);
+            items.write(out, e);
             if (text.size() >= kDrainUnits) drain();
             return file.ok();
         });

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "export/export_settings.h"
+#include "platform/date_format.h"
 
 namespace qb {
 
@@ -24,8 +25,18 @@ std::u16string_view encodingLabel(std::uint16_t encoding);
 // declared as the default.
 std::u16string xmlDeclaration(std::uint16_t encoding);
 
-// Writes one ITEM under the open ITEMS element.
-void writeXmlItem(MarkupWriter& out, const TimeEntry& entry, const ExportSettings& env);
+// Writes the ITEMs of one export under its open ITEMS element.
+class XmlItems {
+  public:
+    explicit XmlItems(const ExportSettings& env);
+    void write(MarkupWriter& out, const TimeEntry& entry);
+
+  private:
+    const ExportSettings& env_;
+    DatePicture date_;
+    TimePicture time_;
+    std::u16string text_;  // a field's text on its way
+};
 
 // Writes the declaration and the document, item by item as the entries are
 // walked. False when the file cannot be

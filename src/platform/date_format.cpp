@@ -1,6 +1,6 @@
 #include "platform/date_format.h"
 
-#include <cstdio>
+#include <iterator>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -17,21 +17,31 @@ constexpr std::u16string_view kMonthNames[] = {u"January",   u"February", u"Marc
                                                u"May",       u"June",     u"July",     u"August",
                                                u"September", u"October",  u"November", u"December"};
 
-// One element of a picture: a run of one picture letter, or literal text
-// (quotes already resolved).
-struct Token {
-    char16_t letter = 0;
-    int count = 0;
-    std::u16string text;
+void appendNumber(int value, bool twoDigits, std::u16string& out) {
+    char16_t digits[12];
+    char16_t* at = digits + std::size(digits);
+    auto rest = static_cast<unsigned>(value);
+    do {
+        *--at = static_cast<char16_t>(u'0' + rest % 10);
+        rest /= 10;
+    } while (rest != 0);
+    if (twoDigits && digits + std::size(digits) - at < 2) *--at = u'0';
+    out.append(at, digits + std::size(digits));
+}
 
-    bool isField() const { return letter != 0; }
-};
+void appendName(std::u16string_view name, bool full, std::u16string& out) {
+    out.append(full ? name : name.substr(0, 3));
+}
 
-std::vector<Token> parsePicture(std::u16string_view picture, std::u16string_view letters) {
-    std::vector<Token> tokens;
-    auto literal = [&tokens](char16_t c) {
-        if (tokens.empty() || tokens.back().isField()) tokens.emplace_back();
-        tokens.back().text.push_back(c);
+}  // namespace
+
+Picture::Picture(std::u16string_view picture, std::u16string_view letters) {
+    auto literal = [this](char16_t c) {
+        if (pieces_.empty() || pieces_.back().letter != 0) {
+            pieces_.push_back({0, 0, text_.size(), 0});
+        }
+        text_.push_back(c);
+        ++pieces_.back().size;
     };
     std::size_t i = 0;
     while (i < picture.size()) {
@@ -58,107 +68,99 @@ std::vector<Token> parsePicture(std::u16string_view picture, std::u16string_view
         } else if (letters.find(c) != std::u16string_view::npos) {
             std::size_t end = i;
             while (end < picture.size() && picture[end] == c) ++end;
-            tokens.push_back({c, static_cast<int>(end - i), {}});
+            pieces_.push_back({c, static_cast<int>(end - i), 0, 0});
             i = end;
         } else {
             literal(c);
             ++i;
         }
     }
-    return tokens;
 }
 
-// Drops every seconds field with the literal text that separates it from
-// the field before it (or, for a leading seconds field, from the one after).
-void dropSeconds(std::vector<Token>* tokens) {
-    for (std::size_t i = 0; i < tokens->size();) {
-        if ((*tokens)[i].letter != u's') {
+DatePicture::DatePicture(std::u16string_view picture) : Picture(picture, u"dMy") {}
+
+void DatePicture::append(const SYSTEMTIME& d, std::u16string& out) const {
+    for (const Piece& p : pieces_) {
+        switch (p.letter) {
+            case 0:
+                out.append(text_, p.at, p.size);
+                break;
+            case u'd':
+                if (p.count <= 2) {
+                    appendNumber(d.wDay, p.count == 2, out);
+                } else {
+                    appendName(kDayNames[d.wDayOfWeek], p.count >= 4, out);
+                }
+                break;
+            case u'M':
+                if (p.count <= 2) {
+                    appendNumber(d.wMonth, p.count == 2, out);
+                } else {
+                    appendName(kMonthNames[d.wMonth - 1], p.count >= 4, out);
+                }
+                break;
+            default:  // 'y'; a run of three reads as two.
+                if (p.count >= 4) {
+                    appendNumber(d.wYear, false, out);
+                } else {
+                    appendNumber(d.wYear % 100, p.count >= 2, out);
+                }
+                break;
+        }
+    }
+}
+
+// Without seconds, every seconds field goes with the literal text that
+// separates it from the field before it (or, for a leading seconds field,
+// from the one after).
+TimePicture::TimePicture(std::u16string_view picture, bool noSeconds) : Picture(picture, u"hHmst") {
+    if (!noSeconds) return;
+    for (std::size_t i = 0; i < pieces_.size();) {
+        if (pieces_[i].letter != u's') {
             ++i;
             continue;
         }
         std::size_t first = i;
-        while (first > 0 && !(*tokens)[first - 1].isField()) --first;
+        while (first > 0 && pieces_[first - 1].letter == 0) --first;
         std::size_t last = i + 1;
         if (first == 0) {
-            while (last < tokens->size() && !(*tokens)[last].isField()) ++last;
+            while (last < pieces_.size() && pieces_[last].letter == 0) ++last;
         }
-        tokens->erase(tokens->begin() + static_cast<std::ptrdiff_t>(first),
-                      tokens->begin() + static_cast<std::ptrdiff_t>(last));
+        pieces_.erase(pieces_.begin() + static_cast<std::ptrdiff_t>(first),
+                      pieces_.begin() + static_cast<std::ptrdiff_t>(last));
         i = first;
     }
 }
 
-void appendNumber(int value, bool twoDigits, std::u16string* out) {
-    char digits[16];
-    const int n = std::snprintf(digits, sizeof digits, twoDigits ? "%02d" : "%d", value);
-    for (int k = 0; k < n; ++k) out->push_back(static_cast<char16_t>(digits[k]));
-}
-
-void appendName(std::u16string_view name, bool full, std::u16string* out) {
-    out->append(full ? name : name.substr(0, 3));
-}
-
-void appendDateField(const Token& t, const SYSTEMTIME& d, std::u16string* out) {
-    switch (t.letter) {
-        case u'd':
-            if (t.count <= 2) {
-                appendNumber(d.wDay, t.count == 2, out);
-            } else {
-                appendName(kDayNames[d.wDayOfWeek], t.count >= 4, out);
+void TimePicture::append(const SYSTEMTIME& time, std::u16string& out) const {
+    for (const Piece& p : pieces_) {
+        const bool twoDigits = p.count >= 2;
+        switch (p.letter) {
+            case 0:
+                out.append(text_, p.at, p.size);
+                break;
+            case u'h':
+                appendNumber(time.wHour % 12 == 0 ? 12 : time.wHour % 12, twoDigits, out);
+                break;
+            case u'H':
+                appendNumber(time.wHour, twoDigits, out);
+                break;
+            case u'm':
+                appendNumber(time.wMinute, twoDigits, out);
+                break;
+            case u's':
+                appendNumber(time.wSecond, twoDigits, out);
+                break;
+            default: {  // 't'
+                const std::u16string_view marker = time.wHour < 12 ? u"AM" : u"PM";
+                out.append(twoDigits ? marker : marker.substr(0, 1));
+                break;
             }
-            break;
-        case u'M':
-            if (t.count <= 2) {
-                appendNumber(d.wMonth, t.count == 2, out);
-            } else {
-                appendName(kMonthNames[d.wMonth - 1], t.count >= 4, out);
-            }
-            break;
-        default:  // 'y'; a run of three reads as two.
-            if (t.count >= 4) {
-                appendNumber(d.wYear, false, out);
-            } else {
-                appendNumber(d.wYear % 100, t.count >= 2, out);
-            }
-            break;
-    }
-}
-
-void appendTimeField(const Token& t, const SYSTEMTIME& time, std::u16string* out) {
-    const bool twoDigits = t.count >= 2;
-    switch (t.letter) {
-        case u'h':
-            appendNumber(time.wHour % 12 == 0 ? 12 : time.wHour % 12, twoDigits, out);
-            break;
-        case u'H':
-            appendNumber(time.wHour, twoDigits, out);
-            break;
-        case u'm':
-            appendNumber(time.wMinute, twoDigits, out);
-            break;
-        case u's':
-            appendNumber(time.wSecond, twoDigits, out);
-            break;
-        default: {  // 't'
-            const std::u16string_view marker = time.wHour < 12 ? u"AM" : u"PM";
-            out->append(twoDigits ? marker : marker.substr(0, 1));
-            break;
         }
     }
 }
 
-template <typename AppendField>
-std::u16string render(const std::vector<Token>& tokens, AppendField appendField) {
-    std::u16string out;
-    for (const Token& t : tokens) {
-        if (t.isField()) {
-            appendField(t, &out);
-        } else {
-            out += t.text;
-        }
-    }
-    return out;
-}
+namespace {
 
 std::u16string fitted(std::u16string text, std::size_t bufferChars) {
     if (bufferChars != 0 && text.size() + 1 > bufferChars) return {};
@@ -215,10 +217,9 @@ std::u16string getDateFormat(const LocaleInfo& locale, std::uint32_t flags, cons
     const std::u16string* chosen = picture ? picture : datePictureOf(locale, flags);
     const auto day = normalisedDate(date);
     if (!chosen || !day) return {};
-    const auto tokens = parsePicture(*chosen, u"dMy");
-    return fitted(
-        render(tokens, [&](const Token& t, std::u16string* out) { appendDateField(t, *day, out); }),
-        bufferChars);
+    std::u16string out;
+    DatePicture(*chosen).append(*day, out);
+    return fitted(std::move(out), bufferChars);
 }
 
 std::u16string getTimeFormat(const LocaleInfo& locale, std::uint32_t flags, const SYSTEMTIME& time,
@@ -227,11 +228,10 @@ std::u16string getTimeFormat(const LocaleInfo& locale, std::uint32_t flags, cons
     if (time.wHour > 23 || time.wMinute > 59 || time.wSecond > 59 || time.wMilliseconds > 999) {
         return {};
     }
-    auto tokens = parsePicture(picture ? *picture : locale.timeFormat, u"hHmst");
-    if (flags & TIME_NOSECONDS) dropSeconds(&tokens);
-    return fitted(
-        render(tokens, [&](const Token& t, std::u16string* out) { appendTimeField(t, time, out); }),
-        bufferChars);
+    std::u16string out;
+    TimePicture(picture ? *picture : locale.timeFormat, (flags & TIME_NOSECONDS) != 0)
+        .append(time, out);
+    return fitted(std::move(out), bufferChars);
 }
 
 }  // namespace qb

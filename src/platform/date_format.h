@@ -8,6 +8,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "platform/win_types.h"
 
@@ -48,5 +50,39 @@ std::u16string getDateFormat(const LocaleInfo& locale, std::uint32_t flags, cons
 // picture when that is null. Fails, with an empty string, as getDateFormat.
 std::u16string getTimeFormat(const LocaleInfo& locale, std::uint32_t flags, const SYSTEMTIME& time,
                              const std::u16string* picture, std::size_t bufferChars = 0);
+
+// A picture read once, for writers of many dates or times (an export writes
+// one per entry); getDateFormat and getTimeFormat write through these too.
+class Picture {
+  protected:
+    Picture(std::u16string_view picture, std::u16string_view letters);
+
+    // A run of one picture letter, or literal text (letter 0) kept in text_.
+    struct Piece {
+        char16_t letter;
+        int count;
+        std::size_t at;
+        std::size_t size;
+    };
+    std::vector<Piece> pieces_;
+    std::u16string text_;
+};
+
+class DatePicture : public Picture {
+  public:
+    explicit DatePicture(std::u16string_view picture);
+    // Appends `day` in the picture. The fields must be a valid date with its
+    // own day of week, as fileTimeToSystemTime gives them.
+    void append(const SYSTEMTIME& day, std::u16string& out) const;
+};
+
+class TimePicture : public Picture {
+  public:
+    // With `noSeconds` (TIME_NOSECONDS) the seconds and the separator before
+    // them are left out.
+    TimePicture(std::u16string_view picture, bool noSeconds);
+    // Appends `time` (hour < 24, minute and second < 60) in the picture.
+    void append(const SYSTEMTIME& time, std::u16string& out) const;
+};
 
 }  // namespace qb

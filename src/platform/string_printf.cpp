@@ -31,14 +31,57 @@ std::string stringPrintf(const char* format, ...) {
     return result;
 }
 
+namespace {
+
+// Room for "%.2f" of the largest double: 309 digits, sign, point, decimals.
+constexpr std::size_t kNumberRoom = 320;
+
+char* putHundredths(char* at, std::uint64_t hundredths) {
+    at = std::to_chars(at, at + 24, hundredths / 100).ptr;
+    const unsigned cents = static_cast<unsigned>(hundredths % 100);
+    *at++ = '.';
+    *at++ = static_cast<char>('0' + cents / 10);
+    *at++ = static_cast<char>('0' + cents % 10);
+    return at;
+}
+
+char* putTwoDecimals(char* at, double value) {
+    const std::to_chars_result r =
+        std::to_chars(at, at + kNumberRoom, value, std::chars_format::fixed, 2);
+    if (r.ec == std::errc()) return r.ptr;
+    // Unreachable while kNumberRoom holds every double; printf if not.
+    return at + std::snprintf(at, kNumberRoom, "%.2f", value);
+}
+
+void widen(const char* from, const char* to, std::u16string& out) {
+    out.append(from, to);
+}
+
+}  // namespace
+
 std::string hundredthsText(std::uint64_t hundredths) {
     char text[32];
-    char* end = std::to_chars(text, text + sizeof text, hundredths / 100).ptr;
-    const unsigned cents = static_cast<unsigned>(hundredths % 100);
-    *end++ = '.';
-    *end++ = static_cast<char>('0' + cents / 10);
-    *end++ = static_cast<char>('0' + cents % 10);
-    return std::string(text, end);
+    return std::string(text, putHundredths(text, hundredths));
+}
+
+void appendHundredths(std::uint64_t hundredths, std::u16string& out) {
+    char text[32];
+    widen(text, putHundredths(text, hundredths), out);
+}
+
+void appendInteger(long long value, std::u16string& out) {
+    char text[24];
+    widen(text, std::to_chars(text, text + sizeof text, value).ptr, out);
+}
+
+void appendTwoDecimals(double value, std::string& out) {
+    char text[kNumberRoom];
+    out.append(text, putTwoDecimals(text, value));
+}
+
+void appendTwoDecimals(double value, std::u16string& out) {
+    char text[kNumberRoom];
+    widen(text, putTwoDecimals(text, value), out);
 }
 
 }  // namespace qb

@@ -15,4 +15,12 @@ std::string stringPrintf(const char* format, ...) __attribute__((format(printf, 
 // printf's cost in an export of many entries.
 std::string hundredthsText(std::uint64_t hundredths);
 
+// The same texts appended to a text being built, for writers of many
+// numbers: hundredthsText, "%d", and "%.2f" of any double (std::to_chars
+// writes printf's digits, rounding included, without its cost).
+void appendHundredths(std::uint64_t hundredths, std::u16string& out);
+void appendInteger(long long value, std::u16string& out);
+void appendTwoDecimals(double value, std::string& out);
+void appendTwoDecimals(double value, std::u16string& out);
+
 }  // namespace qb

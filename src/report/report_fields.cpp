@@ -3,7 +3,6 @@
 #include "entry/entry_amount.h"
 #include "entry/note_text.h"
 #include "entry/rate_rules.h"
-#include "platform/calendar.h"
 #include "platform/string_printf.h"
 #include "store/record_props.h"
 #include "store/time_entry.h"
@@ -29,17 +28,8 @@ constexpr std::uint16_t kProperties[kReportFieldCount] = {kPropDate,     kPropCl
                                                           kPropRateType, 0,
                                                           kPropNotes,    0};
 
-std::u16string ascii(const std::string& s) {
-    return std::u16string(s.begin(), s.end());
-}
-std::u16string yesNo(bool v) {
+std::u16string_view yesNo(bool v) {
     return v ? u"Yes" : u"No";
-}
-
-SYSTEMTIME calendarOf(const TimeEntry& e) {
-    SYSTEMTIME st{};
-    fileTimeToSystemTime(e.date, &st);
-    return st;
 }
 
 }  // namespace
@@ -59,45 +49,71 @@ std::u16string reportFieldTitle(int field, const Settings& settings) {
 }
 
 std::u16string reportCellText(int field, const TimeEntry& e, const ExportSettings& env) {
+    std::u16string text;
+    appendReportCell(field, e, env, EntryPictures(env.locale), text);
+    return text;
+}
+
+void appendReportCell(int field, const TimeEntry& e, const ExportSettings& env,
+                      const EntryPictures& pictures, std::u16string& out) {
     switch (field) {
         case 0:
-            return getDateFormat(env.locale, DATE_SHORTDATE, calendarOf(e), nullptr);
+            pictures.appendDate(e, out);
+            break;
         case 1:
-            return e.client;
+            out += e.client;
+            break;
         case 2:
-            return e.project;
+            out += e.project;
+            break;
         case 3:
-            return e.phase;
+            out += e.phase;
+            break;
         case 4:
-            return e.task;
+            out += e.task;
+            break;
         case 5:
-            return ascii(hundredthsText(e.duration)) + u"h";
+            appendHundredths(e.duration, out);
+            out += u'h';
+            break;
         case 6:
-            return e.currency;
+            out += e.currency;
+            break;
         case 7:
-            return yesNo(e.billable);
+            out += yesNo(e.billable);
+            break;
         case 8:
-            return yesNo(e.paid);
+            out += yesNo(e.paid);
+            break;
         case 9:
-            return getTimeFormat(env.locale, TIME_NOSECONDS, calendarOf(e), nullptr);
+            pictures.appendTime(e, out);
+            break;
         case 10:
-            return e.billTo;
+            out += e.billTo;
+            break;
         case 11:
-            return e.custom1;
+            out += e.custom1;
+            break;
         case 12:
-            return e.custom2;
+            out += e.custom2;
+            break;
         case 13:
-            return e.custom3;
+            out += e.custom3;
+            break;
         case 14:
-            return std::u16string(rateTypeName(e.rateType));
+            out += rateTypeName(e.rateType);
+            break;
         case 15:
-            return ascii(stringPrintf("%.02f", EntryAmount(e, env.settings)));
+            appendTwoDecimals(EntryAmount(e, env.settings), out);
+            break;
         case 16:
-            return e.notesSize() >= 1 ? noteText(e) : std::u16string();
+            appendNoteText(e.notes, out);
+            break;
         case 17:
-            return rateText(e.rate);
+            out += rateText(e.rate);
+            break;
         default:
-            return {};
+            break;
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "export/entry_pictures.h"
 #include "export/export_settings.h"
 
 namespace qb {
@@ -20,6 +21,10 @@ inline constexpr int kFieldRate = 17;
 // "Entry Date" ... "Rate", the custom fields by the user's captions.
 std::u16string reportFieldTitle(int field, const Settings& settings);
 std::u16string reportCellText(int field, const TimeEntry& entry, const ExportSettings& env);
+// The same text appended to `out`, with the pictures of `env`'s locale read
+// once by the caller.
+void appendReportCell(int field, const TimeEntry& entry, const ExportSettings& env,
+                      const EntryPictures& pictures, std::u16string& out);
 // Duration, Amount and Rate.
 bool reportFieldRightAligned(int field);
 

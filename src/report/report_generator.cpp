@@ -83,7 +83,10 @@ class PageOut {
 class TableWriter {
   public:
     TableWriter(MarkupWriter& out, const ReportRequest& request)
-        : out_(out), env_(request.env), fields_(shownFields(request.layout)) {}
+        : out_(out),
+          env_(request.env),
+          pictures_(request.env.locale),
+          fields_(shownFields(request.layout)) {}
 
     void open() {
         out_.start(u"table");
@@ -99,7 +102,9 @@ class TableWriter {
     void row(MarkupWriter& out, const TimeEntry& e) {
         out.start(u"tr");
         for (int f : fields_) {
-            cell(out, u"td", reportCellText(f, e, env_), reportFieldRightAligned(f));
+            text_.clear();
+            appendReportCell(f, e, env_, pictures_, text_);
+            cell(out, u"td", text_, reportFieldRightAligned(f));
         }
         out.end();
     }
@@ -134,7 +139,9 @@ class TableWriter {
 
     MarkupWriter& out_;
     const ExportSettings& env_;
+    EntryPictures pictures_;
     std::vector<int> fields_;
+    std::u16string text_;  // a cell's text on its way
 };
 
 void openPage(MarkupWriter& doc, const ReportRequest& request) {
