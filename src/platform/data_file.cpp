@@ -44,6 +44,10 @@ CREATE TABLE registry_values (
 );
 )sql";
 
+// A connection is only ever used by the thread that opened it, so SQLite
+// need not lock it around every call (a walk makes several a record).
+constexpr int kOpenFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
+
 std::string describe(sqlite3* db, int rc) {
     const char* text = db ? sqlite3_errmsg(db) : sqlite3_errstr(rc);
     return text ? text : sqlite3_errstr(rc);
@@ -78,7 +82,7 @@ DataFile::~DataFile() {
 
 Status DataFile::open(const std::string& path, std::unique_ptr<DataFile>* out) {
     sqlite3* db = nullptr;
-    int rc = sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+    int rc = sqlite3_open_v2(path.c_str(), &db, kOpenFlags, nullptr);
     if (rc != SQLITE_OK) {
         Status s = Status::ioError("cannot open data file " + path + ": " + describe(db, rc));
         sqlite3_close_v2(db);
@@ -93,7 +97,7 @@ Status DataFile::open(const std::string& path, std::unique_ptr<DataFile>* out) {
 
 std::unique_ptr<DataFile> DataFile::openInMemory() {
     sqlite3* db = nullptr;
-    sqlite3_open_v2(":memory:", &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+    sqlite3_open_v2(":memory:", &db, kOpenFlags, nullptr);
     std::unique_ptr<DataFile> file(new DataFile(db, ":memory:"));
     file->prepareSchema();
     return file;
@@ -135,7 +139,8 @@ Status DataFile::prepareSchema() {
                           "PRAGMA application_id=" + std::to_string(kApplicationId) +
                           ";PRAGMA user_version=" + std::to_string(kSchemaVersion) + ";COMMIT;";
         if (!exec(db_, sql.c_str())) {
-            Status s = Status::ioError("cannot create data file " + path_ + ": " + describe(db_, 0));
+            Status s =
+                Status::ioError("cannot create data file " + path_ + ": " + describe(db_, 0));
             exec(db_, "ROLLBACK");
             return s;
         }
@@ -184,7 +189,9 @@ void DataFile::releaseSnapshots() {
     for (Reader* r : readers_->list) r->releaseSnapshot();
 }
 
-void DataFile::addReader(Reader* reader) { readers_->list.push_back(reader); }
+void DataFile::addReader(Reader* reader) {
+    readers_->list.push_back(reader);
+}
 
 void DataFile::removeReader(Reader* reader) {
     auto& list = readers_->list;

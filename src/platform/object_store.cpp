@@ -25,6 +25,13 @@ std::string columnString(sqlite3_stmt* stmt, int col) {
     return p ? std::string(static_cast<const char*>(p), n) : std::string();
 }
 
+std::string_view columnView(sqlite3_stmt* stmt, int col) {
+    const void* p = sqlite3_column_blob(stmt, col);
+    const int n = sqlite3_column_bytes(stmt, col);
+    return p ? std::string_view(static_cast<const char*>(p), static_cast<std::size_t>(n))
+             : std::string_view();
+}
+
 // The same into a string kept across rows, so that a walk reuses its buffer.
 void assignColumn(sqlite3_stmt* stmt, int col, std::string* out) {
     const void* p = sqlite3_column_blob(stmt, col);
@@ -124,6 +131,8 @@ bool ObjectStore::deleteDatabase(CEOID database) {
 // The cursor keeps a scan statement running between seeks so that walking
 // forward costs one step; any write lets go of it (its snapshot would block
 // the write) and the next move starts a new scan from the remembered place.
+// A record the scan stands on is read where SQLite holds it; its key and
+// properties are copied only when the scan lets go while standing there.
 struct Database::Impl final : DataFile::Reader {
     DataFile& file;
     CEOID dbOid = 0;
@@ -133,6 +142,7 @@ struct Database::Impl final : DataFile::Reader {
 
     bool hasCurrent = false;
     CEOID currentOid = 0;
+    bool inScan = false;  // the current record is the scan's row
     std::string currentKey;
     std::string currentProps;
     std::uint64_t currentGeneration = 0;
@@ -152,9 +162,17 @@ struct Database::Impl final : DataFile::Reader {
     }
 
     void releaseSnapshot() override {
+        if (inScan) {
+            assignColumn(scan, 1, &currentKey);
+            assignColumn(scan, 2, &currentProps);
+            inScan = false;
+        }
         if (scanRunning) sqlite3_reset(scan);
         scanRunning = false;
     }
+
+    std::string_view key() const { return inScan ? columnView(scan, 1) : currentKey; }
+    std::string_view props() const { return inScan ? columnView(scan, 2) : currentProps; }
 
     bool prepareStatements() {
         sqlite3* db = file.handle();
@@ -174,6 +192,7 @@ struct Database::Impl final : DataFile::Reader {
     void clearCurrent() {
         hasCurrent = false;
         currentOid = 0;
+        inScan = false;
         currentKey.clear();
         currentProps.clear();
     }
@@ -181,8 +200,7 @@ struct Database::Impl final : DataFile::Reader {
     void takeScanRow() {
         hasCurrent = true;
         currentOid = static_cast<CEOID>(sqlite3_column_int64(scan, 0));
-        assignColumn(scan, 1, &currentKey);
-        assignColumn(scan, 2, &currentProps);
+        inScan = true;
         currentGeneration = file.writeGeneration();
     }
 
@@ -199,6 +217,7 @@ struct Database::Impl final : DataFile::Reader {
     }
 
     bool stepScan() {
+        inScan = false;  // the step leaves the row
         if (sqlite3_step(scan) == SQLITE_ROW) {
             takeScanRow();
             return true;
@@ -212,10 +231,10 @@ struct Database::Impl final : DataFile::Reader {
     bool stepForward() {
         if (!hasCurrent) return false;
         if (scanRunning && scanGeneration == file.writeGeneration()) return stepScan();
-        std::string fromKey = currentKey;
+        const std::string fromKey(key());
         CEOID fromOid = currentOid;
         if (!startScan(fromKey)) return false;
-        while (currentKey == fromKey && currentOid <= fromOid) {
+        while (key() == fromKey && currentOid <= fromOid) {
             if (!stepScan()) return false;
         }
         return true;
@@ -322,7 +341,7 @@ CEOID Database::seek(SeekKind kind, std::uint32_t value, const CEPROPVAL* prop) 
             }
             std::string key = sortKeyOf(*prop);
             if (!d.startScan(key)) return 0;
-            if (kind == CEDB_SEEK_VALUEFIRSTEQUAL && d.currentKey != key) {
+            if (kind == CEDB_SEEK_VALUEFIRSTEQUAL && d.key() != key) {
                 d.releaseSnapshot();
                 d.clearCurrent();
                 return 0;
@@ -339,15 +358,15 @@ CEOID Database::seek(SeekKind kind, std::uint32_t value, const CEPROPVAL* prop) 
             // Records equal to the value follow each other in sort order, so
             // the next equal record is either the next record or one found
             // from the start of the equal run.
-            if (d.currentKey < key) {
-                if (!d.startScan(key) || d.currentKey != key) {
+            if (d.key() < key) {
+                if (!d.startScan(key) || d.key() != key) {
                     d.releaseSnapshot();
                     d.clearCurrent();
                     return 0;
                 }
                 return d.currentOid;
             }
-            if (!d.stepForward() || d.currentKey != key) {
+            if (!d.stepForward() || d.key() != key) {
                 d.releaseSnapshot();
                 d.clearCurrent();
                 return 0;
@@ -358,29 +377,42 @@ CEOID Database::seek(SeekKind kind, std::uint32_t value, const CEPROPVAL* prop) 
     return 0;
 }
 
-CEOID Database::readProps(const std::vector<std::uint32_t>* which, std::vector<CEPROPVAL>* out,
-                          long* error) {
+CEOID Database::readEncoded(std::string_view* out, long* error) {
     Impl& d = *impl_;
     long ignored = 0;
     long& err = error ? *error : ignored;
+    *out = {};
     if (!d.hasCurrent) {
-        out->clear();
         err = ERROR_NO_MORE_ITEMS;
         return 0;
     }
     if (d.currentGeneration != d.file.writeGeneration()) {
         // Written since we stood here: read the record as it is now.
         if (!d.seekOid(d.currentOid)) {
-            out->clear();
             err = ERROR_NO_MORE_ITEMS;
             return 0;
         }
+    }
+    *out = d.props();
+    err = kReadOk;
+    return d.currentOid;
+}
+
+CEOID Database::readProps(const std::vector<std::uint32_t>* which, std::vector<CEPROPVAL>* out,
+                          long* error) {
+    Impl& d = *impl_;
+    long ignored = 0;
+    long& err = error ? *error : ignored;
+    std::string_view encoded;
+    if (readEncoded(&encoded, &err) == 0) {
+        out->clear();
+        return 0;
     }
     // A whole record is decoded straight into the caller's values, whose
     // buffers a walk keeps from record to record.
     std::vector<CEPROPVAL> chosen;
     std::vector<CEPROPVAL>& all = which ? chosen : *out;
-    if (!decodeProps(d.currentProps, &all)) {
+    if (!decodeProps(encoded, &all)) {
         out->clear();
         err = ERROR_INVALID_DATA;
         return 0;
@@ -448,6 +480,7 @@ CEOID Database::writeProps(CEOID oid, const std::vector<CEPROPVAL>& values) {
     // The record just written becomes the current one.
     d.hasCurrent = true;
     d.currentOid = oid;
+    d.inScan = false;
     d.currentKey = d.info.sortProps.empty() ? std::string() : recordSortKey(props, d.sortProp);
     d.currentProps = std::move(bytes);
     d.currentGeneration = d.file.writeGeneration();

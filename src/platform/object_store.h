@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/win_types.h"
@@ -47,7 +48,7 @@ struct DatabaseInfo {
 };
 
 class ObjectStore {
-public:
+  public:
     explicit ObjectStore(DataFile& file);
 
     // Identifiers of every database of the given type (0: any type).
@@ -63,13 +64,13 @@ public:
 
     DataFile& file() { return file_; }
 
-private:
+  private:
     DataFile& file_;
 };
 
 // An open database: a sort order and a cursor over its records.
 class Database {
-public:
+  public:
     ~Database();
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
@@ -84,6 +85,9 @@ public:
     // id, or 0 with `error` set.
     CEOID readProps(const std::vector<std::uint32_t>* which, std::vector<CEPROPVAL>* out,
                     long* error);
+    // The current record's encoded properties (see PropReader), valid until
+    // the cursor moves or the store is written. Answers as readProps.
+    CEOID readEncoded(std::string_view* out, long* error);
     // Writes a new record (`oid` 0) or updates one; values flagged
     // CEDB_PROPDELETE remove the property. The record written becomes the
     // current one. Answers the record's id, or 0.
@@ -93,7 +97,7 @@ public:
     CEOID databaseOid() const;
     std::uint32_t sortProp() const;
 
-private:
+  private:
     friend class ObjectStore;
     struct Impl;
     explicit Database(std::unique_ptr<Impl> impl);

@@ -1,5 +1,6 @@
 #include "platform/record_codec.h"
 
+#include <bit>
 #include <cstring>
 
 namespace qb {
@@ -29,31 +30,17 @@ int fixedWidth(PropType type) {
     }
 }
 
-class Reader {
-  public:
-    explicit Reader(std::string_view bytes) : bytes_(bytes) {}
-    bool atEnd() const { return pos_ == bytes_.size(); }
-    bool take(int n, std::uint64_t* v) {
-        if (bytes_.size() - pos_ < static_cast<std::size_t>(n)) return false;
-        std::uint64_t r = 0;
-        for (int i = 0; i < n; ++i) {
-            r |= std::uint64_t{static_cast<unsigned char>(bytes_[pos_ + i])} << (8 * i);
+std::uint64_t readLE(const char* at, int bytes) {
+    std::uint64_t v = 0;
+    if constexpr (std::endian::native == std::endian::little) {
+        std::memcpy(&v, at, static_cast<std::size_t>(bytes));
+    } else {
+        for (int i = 0; i < bytes; ++i) {
+            v |= std::uint64_t{static_cast<unsigned char>(at[i])} << (8 * i);
         }
-        pos_ += n;
-        *v = r;
-        return true;
     }
-    bool takeBytes(std::size_t n, const char** p) {
-        if (bytes_.size() - pos_ < n) return false;
-        *p = bytes_.data() + pos_;
-        pos_ += n;
-        return true;
-    }
-
-  private:
-    std::string_view bytes_;
-    std::size_t pos_ = 0;
-};
+    return v;
+}
 
 }  // namespace
 
@@ -75,45 +62,67 @@ std::string encodeProps(const std::vector<CEPROPVAL>& props) {
     return out;
 }
 
+bool PropReader::next(PropView& out) {
+    if (bytes_.empty() || failed_) return false;
+    failed_ = true;  // until the property is read whole
+    if (bytes_.size() < 4) return false;
+    out.propid = static_cast<std::uint32_t>(readLE(bytes_.data(), 4));
+    bytes_.remove_prefix(4);
+    const PropType type = out.type();
+    out.bytes = {};
+    if (int width = fixedWidth(type)) {
+        if (bytes_.size() < static_cast<std::size_t>(width)) return false;
+        out.num = readLE(bytes_.data(), width);
+        bytes_.remove_prefix(static_cast<std::size_t>(width));
+    } else {
+        // Strings count UTF-16 units; blobs, and every type this store does
+        // not know (the writer keeps those as counted bytes), count bytes.
+        // An unknown one is kept opaque, for readers to pass over.
+        if (bytes_.size() < 4) return false;
+        const std::uint64_t n = readLE(bytes_.data(), 4);
+        bytes_.remove_prefix(4);
+        const std::uint64_t size = type == CEVT_LPWSTR ? n * 2 : n;
+        if (bytes_.size() < size) return false;
+        out.num = 0;
+        out.bytes = bytes_.substr(0, static_cast<std::size_t>(size));
+        bytes_.remove_prefix(static_cast<std::size_t>(size));
+    }
+    failed_ = false;
+    return true;
+}
+
+void assignText(std::string_view utf16le, std::u16string& out) {
+    out.resize(utf16le.size() / 2);
+    if constexpr (std::endian::native == std::endian::little) {
+        std::memcpy(out.data(), utf16le.data(), out.size() * 2);
+    } else {
+        for (std::size_t i = 0; i < out.size(); ++i) {
+            out[i] = static_cast<char16_t>(readLE(utf16le.data() + 2 * i, 2));
+        }
+    }
+}
+
 bool decodeProps(std::string_view bytes, std::vector<CEPROPVAL>* out) {
     // The values already in `out` are reused, buffers and all: reading record
     // after record then allocates nothing.
     std::size_t used = 0;
-    Reader r(bytes);
-    while (!r.atEnd()) {
+    PropReader reader(bytes);
+    PropView view;
+    while (reader.next(view)) {
         if (used == out->size()) out->emplace_back();
         CEPROPVAL& p = (*out)[used++];
+        p.propid = view.propid;
         p.flags = 0;
-        p.num = 0;
+        p.num = view.num;
         p.str.clear();
         p.blob.clear();
-        std::uint64_t id = 0;
-        if (!r.take(4, &id)) return false;
-        p.propid = static_cast<std::uint32_t>(id);
-        PropType type = p.type();
-        if (int width = fixedWidth(type)) {
-            if (!r.take(width, &p.num)) return false;
-        } else {
-            // Strings count UTF-16 units; blobs, and every type this store
-            // does not know (the writer keeps those as counted bytes), count
-            // bytes. An unknown one is kept opaque, for readers to pass over.
-            std::uint64_t n = 0;
-            const char* data = nullptr;
-            if (!r.take(4, &n)) return false;
-            std::size_t bytesNeeded = type == CEVT_LPWSTR ? n * 2 : n;
-            if (!r.takeBytes(bytesNeeded, &data)) return false;
-            if (type == CEVT_LPWSTR) {
-                p.str.resize(n);
-                for (std::size_t i = 0; i < n; ++i) {
-                    p.str[i] =
-                        static_cast<char16_t>(static_cast<unsigned char>(data[2 * i]) |
-                                              static_cast<unsigned char>(data[2 * i + 1]) << 8);
-                }
-            } else {
-                p.blob.assign(data, data + n);
-            }
+        if (view.type() == CEVT_LPWSTR) {
+            assignText(view.bytes, p.str);
+        } else if (!fixedWidth(view.type())) {
+            p.blob.assign(view.bytes.begin(), view.bytes.end());
         }
     }
+    if (reader.failed()) return false;
     out->resize(used);
     return true;
 }

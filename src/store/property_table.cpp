@@ -115,6 +115,18 @@ int PropertyTable::readAll(std::vector<CEPROPVAL>* out) {
     return 0;
 }
 
+int PropertyTable::readEncoded(std::string_view* out) {
+    if (!handle_) {
+        *out = {};
+        return -1;
+    }
+    long error = 0;
+    const CEOID oid = handle_->readEncoded(out, &error);
+    currentOid_ = oid;
+    if (oid == 0) return error == ERROR_NO_MORE_ITEMS ? 1 : -1;
+    return 0;
+}
+
 std::uint64_t PropertyTable::readOne(std::uint32_t propId) {
     if (!handle_) return 0;
     std::vector<std::uint32_t> which{propId};

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/win_types.h"
@@ -55,6 +56,9 @@ class PropertyTable {
 
     // 0 read, 1 end of table, -1 error.
     int readAll(std::vector<CEPROPVAL>* out);
+    // The current record's encoded properties, read in place (PropReader);
+    // valid until the cursor moves. 0 read, 1 end of table, -1 error.
+    int readEncoded(std::string_view* out);
     // One property of the current record; 0 when it cannot be read.
     std::uint64_t readOne(std::uint32_t propId);
     bool add(const std::vector<CEPROPVAL>& values);

@@ -1,6 +1,7 @@
 #include "store/time_entry.h"
 
 #include "platform/calendar.h"
+#include "platform/record_codec.h"
 #include "store/record_props.h"
 #include "store/tables.h"
 
@@ -100,44 +101,46 @@ bool hasStartTime(const TimeEntry& entry) {
 int readEntry(EntryTable& table, TimeEntry& entry, bool* dated) {
     resetEntry(entry);
     if (dated) *dated = false;
-    // Kept from call to call: a walk reads record after record into the
-    // same buffers.
-    thread_local std::vector<CEPROPVAL> props;
-    int rc = table.readAll(&props);
+    // Read where the record lies, into the entry's own buffers: a walk
+    // reads record after record without allocating.
+    std::string_view encoded;
+    const int rc = table.readEncoded(&encoded);
     if (rc != 0) return rc;
     entry.recordOid = table.currentOid();
-    for (CEPROPVAL& p : props) {
+    PropReader reader(encoded);
+    PropView p;
+    while (reader.next(p)) {
         switch (p.propid) {
             case id(kPropDate, CEVT_FILETIME):
                 entry.date = p.num;
                 if (dated) *dated = true;
                 break;
             case id(kPropClient, CEVT_LPWSTR):
-                entry.client.swap(p.str);
+                assignText(p.bytes, entry.client);
                 break;
             case id(kPropProject, CEVT_LPWSTR):
-                entry.project.swap(p.str);
+                assignText(p.bytes, entry.project);
                 break;
             case id(kPropPhase, CEVT_LPWSTR):
-                entry.phase.swap(p.str);
+                assignText(p.bytes, entry.phase);
                 break;
             case id(kPropTask, CEVT_LPWSTR):
-                entry.task.swap(p.str);
+                assignText(p.bytes, entry.task);
                 break;
             case id(kPropCurrency, CEVT_LPWSTR):
-                entry.currency.swap(p.str);
+                assignText(p.bytes, entry.currency);
                 break;
             case id(kPropBillTo, CEVT_LPWSTR):
-                entry.billTo.swap(p.str);
+                assignText(p.bytes, entry.billTo);
                 break;
             case id(kPropCustom1, CEVT_LPWSTR):
-                entry.custom1.swap(p.str);
+                assignText(p.bytes, entry.custom1);
                 break;
             case id(kPropCustom2, CEVT_LPWSTR):
-                entry.custom2.swap(p.str);
+                assignText(p.bytes, entry.custom2);
                 break;
             case id(kPropCustom3, CEVT_LPWSTR):
-                entry.custom3.swap(p.str);
+                assignText(p.bytes, entry.custom3);
                 break;
             case id(kPropDuration, CEVT_UI2):
                 entry.duration = static_cast<std::uint16_t>(p.num);
@@ -155,7 +158,8 @@ int readEntry(EntryTable& table, TimeEntry& entry, bool* dated) {
                 entry.paid = p.num == 1;
                 break;
             case id(kPropNotes, CEVT_BLOB):
-                setNotes(entry, static_cast<std::int32_t>(p.blob.size()), p.blob.data());
+                setNotes(entry, static_cast<std::int32_t>(p.bytes.size()),
+                         reinterpret_cast<const std::uint8_t*>(p.bytes.data()));
                 break;
             case id(kPropOldStartTime, CEVT_FILETIME):
                 foldOldStartTime(entry, p.num);
@@ -163,6 +167,13 @@ int readEntry(EntryTable& table, TimeEntry& entry, bool* dated) {
             default:
                 break;
         }
+    }
+    if (reader.failed()) {
+        // A damaged record reads as nothing, as the table's readers see it.
+        resetEntry(entry);
+        entry.recordOid = 0;
+        if (dated) *dated = false;
+        return -1;
     }
     return 0;
 }

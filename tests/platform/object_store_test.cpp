@@ -4,6 +4,7 @@
 #include <sqlite3.h>
 
 #include "platform/data_file.h"
+#include "platform/record_codec.h"
 
 namespace qb {
 namespace {
@@ -13,7 +14,7 @@ constexpr std::uint32_t kNumber = makePropId(101, CEVT_UI4);
 constexpr std::uint32_t kWhen = makePropId(102, CEVT_FILETIME);
 
 class ObjectStoreTest : public ::testing::Test {
-protected:
+  protected:
     std::unique_ptr<DataFile> file = DataFile::openInMemory();
     ObjectStore store{*file};
 
@@ -50,7 +51,8 @@ TEST_F(ObjectStoreTest, DatabasesAreFoundByTypeAndDescribedByOid) {
     CEOID a = store.createDatabase({u"A", 7, {kName}});
     CEOID b = store.createDatabase({u"B", 8, {kNumber, kName}});
     EXPECT_EQ(store.createDatabase({u"A", 9, {}}), 0u) << "names are unique";
-    EXPECT_EQ(store.createDatabase({std::u16string(32, u'x'), 9, {}}), 0u) << "31 characters at most";
+    EXPECT_EQ(store.createDatabase({std::u16string(32, u'x'), 9, {}}), 0u)
+        << "31 characters at most";
 
     std::vector<CEOID> ids;
     ASSERT_TRUE(store.findDatabases(0, &ids));
@@ -83,11 +85,13 @@ TEST_F(ObjectStoreTest, RecordsFollowTheSortOrderWithMissingValuesLast) {
     byName->writeProps(0, person(u"alpha", 9));
     byName->writeProps(0, person(u"alp", 1));
     // Code-unit order: capitals before small letters, a prefix first.
-    EXPECT_EQ(names(*byName), (std::vector<std::u16string>{u"Zed", u"alp", u"alpha", u"beta", u"-"}));
+    EXPECT_EQ(names(*byName),
+              (std::vector<std::u16string>{u"Zed", u"alp", u"alpha", u"beta", u"-"}));
 
     CEOID oid = byName->databaseOid();
     auto byNumber = store.openDatabase(&oid, u"", kNumber);
-    EXPECT_EQ(names(*byNumber), (std::vector<std::u16string>{u"-", u"alp", u"beta", u"Zed", u"alpha"}));
+    EXPECT_EQ(names(*byNumber),
+              (std::vector<std::u16string>{u"-", u"alp", u"beta", u"Zed", u"alpha"}));
 }
 
 TEST_F(ObjectStoreTest, EachSeekKind) {
@@ -137,8 +141,8 @@ TEST_F(ObjectStoreTest, HandlesKeepTheirOwnCursors) {
 
 TEST_F(ObjectStoreTest, UpdatesReplaceAppendAndDeleteProperties) {
     auto db = makeDatabase(kName);
-    CEOID oid = db->writeProps(0, {CEPROPVAL::wstr(100, u"n"), CEPROPVAL::ui4(101, 1),
-                                   CEPROPVAL::fileTime(102, 77)});
+    CEOID oid = db->writeProps(
+        0, {CEPROPVAL::wstr(100, u"n"), CEPROPVAL::ui4(101, 1), CEPROPVAL::fileTime(102, 77)});
     ASSERT_NE(oid, 0u);
     std::vector<CEPROPVAL> change{CEPROPVAL::ui4(101, 2), CEPROPVAL::fileTime(102, 0).deleted(),
                                   CEPROPVAL::blobOf(103, {1, 2, 3}),
@@ -181,6 +185,32 @@ TEST_F(ObjectStoreTest, AWriteDuringAWalkIsSeenAndTheWalkGoesOn) {
     EXPECT_EQ(seen, (std::vector<std::uint32_t>{10, 20, 30, 40, 50, 60}));
     EXPECT_EQ(db->seek(CEDB_SEEK_BEGINNING, 0), 0u);
     EXPECT_FALSE(db->deleteRecord(ids[0])) << "already gone";
+}
+
+// A walk reads the record it stands on where the scan holds it; another
+// handle's seek makes the scan let go, and the record must still read whole
+// and the walk go on past equal keys.
+TEST_F(ObjectStoreTest, TheRecordStoodOnOutlivesTheScanLettingGo) {
+    auto walker = makeDatabase(kNumber);
+    CEOID oid = walker->databaseOid();
+    auto other = store.openDatabase(&oid, u"", kName);
+    const std::u16string names[] = {u"a", u"b", u"c", u"d"};
+    for (const std::u16string& name : names) walker->writeProps(0, person(name, 7));
+
+    std::vector<std::u16string> seen;
+    std::string_view encoded;
+    for (CEOID at = walker->seek(CEDB_SEEK_BEGINNING, 0); at != 0;
+         at = walker->seek(CEDB_SEEK_CURRENT, 1)) {
+        other->seek(CEDB_SEEK_BEGINNING, 0);
+        ASSERT_EQ(walker->readEncoded(&encoded, nullptr), at);
+        PropReader reader(encoded);
+        PropView first;
+        ASSERT_TRUE(reader.next(first));
+        std::u16string name;
+        assignText(first.bytes, name);
+        seen.push_back(name);
+    }
+    EXPECT_EQ(seen, (std::vector<std::u16string>{u"a", u"b", u"c", u"d"}));
 }
 
 TEST_F(ObjectStoreTest, ARecordThatDoesNotDecodeReadsAsAnError) {
