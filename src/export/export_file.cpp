@@ -1,6 +1,7 @@
 #include "export/export_file.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "platform/text.h"
 
@@ -31,12 +32,51 @@ bool keepsAscii(const std::string& codePage) {
     return toAnsi(ascii, codePage) == expected;
 }
 
+// Shift states (ISO-2022) and the like make a run's bytes differ from its
+// units' bytes one by one; such code pages convert whole runs.
+bool convertsUnitsApart(const std::string& codePage) {
+    for (std::u16string_view pair :
+         {u"\u00e9\u00f6", u"\u65e5\u672c", u"\u0410\u0411", u"\u20ac\u00a0", u"\uac00\u3042"}) {
+        if (toAnsi(pair, codePage) !=
+            toAnsi(pair.substr(0, 1), codePage) + toAnsi(pair.substr(1), codePage)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// How many units at the start of `text` are ASCII. Blocks of units are
+// tested at once: most of an export is ASCII.
+std::size_t asciiPrefix(std::u16string_view text) {
+    constexpr std::size_t kBlock = 16;
+    const char16_t* in = text.data();
+    std::size_t n = 0;
+    for (; n + kBlock <= text.size(); n += kBlock) {
+        char16_t any = 0;
+        for (std::size_t k = 0; k < kBlock; ++k) any |= in[n + k];
+        if (any >= 0x80) break;
+    }
+    while (n < text.size() && in[n] < 0x80) ++n;
+    return n;
+}
+
+// Appends the ASCII units at the start of `text`; answers how many.
+std::size_t appendAscii(std::string& out, std::u16string_view text) {
+    const std::size_t n = asciiPrefix(text);
+    const std::size_t from = out.size();
+    out.resize(from + n);
+    char* to = out.data() + from;
+    for (std::size_t k = 0; k < n; ++k) to[k] = static_cast<char>(text[k]);
+    return n;
+}
+
 }  // namespace
 
 ExportFile::ExportFile(std::string fileName, std::string codePage)
     : out_(std::move(fileName)),
       codePage_(std::move(codePage)),
-      asciiAsIs_(keepsAscii(codePage_)) {}
+      asciiAsIs_(keepsAscii(codePage_)),
+      unitsApart_(asciiAsIs_ && convertsUnitsApart(codePage_)) {}
 
 bool ExportFile::create() {
     return out_.open().isOk();
@@ -60,19 +100,33 @@ bool ExportFile::writeWide(std::u16string_view text) {
     return ok();
 }
 
+std::string_view ExportFile::unitBytes(char16_t unit) const {
+    if (units_.empty()) units_.resize(std::size_t{1} << 16);
+    UnitBytes& known = units_[unit];
+    if (known.size == 0) {
+        unitScratch_ = toAnsi(std::u16string_view(&unit, 1), codePage_);
+        if (unitScratch_.empty() || unitScratch_.size() > sizeof known.bytes) return unitScratch_;
+        known.size = static_cast<std::uint8_t>(unitScratch_.size());
+        std::memcpy(known.bytes, unitScratch_.data(), unitScratch_.size());
+    }
+    return {known.bytes, known.size};
+}
+
 void ExportFile::appendConverted(std::string& out, std::u16string_view text) const {
     std::size_t i = 0;
     while (i < text.size()) {
-        // Exports are mostly ASCII, so only the runs of other characters go
-        // through the converter; it would cost more than the rest of the
-        // export.
-        std::size_t j = i;
+        // Exports are mostly ASCII, so only the other characters go through
+        // the converter (once each where the code page allows); it would
+        // cost more than the rest of the export.
         if (asciiAsIs_) {
-            while (j < text.size() && text[j] < 0x80) ++j;
-            out.append(text.begin() + static_cast<std::ptrdiff_t>(i),
-                       text.begin() + static_cast<std::ptrdiff_t>(j));
-            i = j;
+            i += appendAscii(out, text.substr(i));
+            if (i == text.size()) break;
         }
+        if (unitsApart_ && !isSurrogate(text[i])) {
+            out += unitBytes(text[i++]);
+            continue;
+        }
+        std::size_t j = i;
         while (j < text.size() && (!asciiAsIs_ || text[j] >= 0x80) && !isSurrogate(text[j])) ++j;
         if (j > i) out += toAnsi(text.substr(i, j - i), codePage_);
         i = j;

@@ -15,6 +15,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/file_writer.h"
 
@@ -50,9 +51,21 @@ class ExportFile {
     const std::string& fileName() const { return out_.path(); }
 
   private:
+    // The bytes of one code unit (no surrogate) in the code page.
+    std::string_view unitBytes(char16_t unit) const;
+
     FileWriter out_;
     std::string codePage_;
     bool asciiAsIs_ = false;  // the code page keeps ASCII unchanged
+    // Converting unit by unit gives the bytes a whole run gives (no shift
+    // states), so each unit's bytes are learnt once and then copied.
+    bool unitsApart_ = false;
+    struct UnitBytes {
+        std::uint8_t size = 0;  // 0 not learnt yet
+        char bytes[7];
+    };
+    mutable std::vector<UnitBytes> units_;  // by code unit, once one is needed
+    mutable std::string unitScratch_;       // a unit too long to keep
     std::string scratch_;
 };
 

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "platform/text.h"
 #include "testing/test_support.h"
 
 namespace qb::testing {
@@ -47,6 +48,31 @@ TEST(ExportFile, ConvertedTextNeverHoldsNulNorLosesItsEnd) {
         std::string appended = "<";
         ExportFile(dir.file("u"), c.codePage).appendConverted(appended, c.text);
         EXPECT_EQ(appended, "<" + c.bytes) << c.codePage;
+    }
+}
+
+// Non-ASCII characters are converted once each and then copied; the bytes
+// must stay those of converting each run whole, in code pages with shift
+// states (ISO-2022-JP) too.
+TEST(ExportFile, CharactersLearntOnceWriteWhatWholeRunsWrite) {
+    TempDir dir;
+    const std::u16string text =
+        u"Z\u00f6llner \u2014 \u65e5\u672c\u8a9e ok \u00c6r\u00f8 \u65e5\u672c, "
+        u"\u0416\u0443\u043a \u1ea0 \uac00\u3042";
+    for (const char* codePage : {"CP1252", "CP932", "UTF-8", "ISO-2022-JP", "CP1258", "GB18030"}) {
+        std::string expected;
+        for (std::size_t i = 0; i < text.size();) {
+            std::size_t j = i;
+            const bool ascii = text[i] < 0x80;
+            while (j < text.size() && (text[j] < 0x80) == ascii) ++j;
+            expected += toAnsi(std::u16string_view(text).substr(i, j - i), codePage);
+            i = j;
+        }
+        ExportFile file(dir.file("u"), codePage);
+        std::string appended;
+        file.appendConverted(appended, text);
+        file.appendConverted(appended, text);  // the second time from what was learnt
+        EXPECT_EQ(appended, expected + expected) << codePage;
     }
 }
 
