@@ -6,6 +6,7 @@
 // each element starts a line and ends in CR LF, an element without children
 // or text is written in the empty form, no indentation.
 
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,12 +29,14 @@ class MarkupWriter {
     // Closes the innermost open element.
     void end();
 
-    // An element with text and no attributes, at once.
-    void leaf(std::u16string_view name, std::u16string_view text) {
-        start(name);
-        this->text(text);
-        end();
-    }
+    struct Attribute {
+        std::u16string_view name;
+        std::u16string_view value;
+    };
+    // An element with text (or empty) and the attributes, at once: what
+    // start, attrib, text and end write.
+    void leaf(std::u16string_view name, std::u16string_view text,
+              std::initializer_list<Attribute> attributes = {});
     std::size_t depth() const { return open_.size(); }
 
   private:

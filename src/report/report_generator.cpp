@@ -130,11 +130,11 @@ class TableWriter {
   private:
     static void cell(MarkupWriter& out, std::u16string_view tag, std::u16string_view text,
                      bool right) {
-        out.start(tag);
-        out.attrib(u"class", u"Data");
-        if (right) out.attrib(u"align", u"right");
-        out.text(text);
-        out.end();
+        if (right) {
+            out.leaf(tag, text, {{u"class", u"Data"}, {u"align", u"right"}});
+        } else {
+            out.leaf(tag, text, {{u"class", u"Data"}});
+        }
     }
 
     MarkupWriter& out_;

@@ -52,6 +52,33 @@ TEST(MarkupWriter, WritesWhatTheDocumentHolds) {
     EXPECT_EQ(text, doc.GetDoc());
 }
 
+// A leaf is written in one piece when nothing in it needs escaping; either
+// way it must be what the element written step by step is.
+TEST(MarkupWriter, LeavesAreWhatTheirStepsWrite) {
+    using Attributes = std::initializer_list<MarkupWriter::Attribute>;
+    const Attributes none{};
+    const Attributes one{{u"class", u"Data"}};
+    const Attributes quoted{{u"class", u"Data"}, {u"title", u"it's \"q\""}};
+    for (std::u16string_view text : {u"", u"plain \u00e9", u"a<b", u"x & y", u"'quoted'"}) {
+        for (const Attributes* attributes : {&none, &one, &quoted}) {
+            for (std::u16string_view emptyClose : {u"/>", u" />"}) {
+                std::u16string whole;
+                MarkupWriter at(whole, emptyClose);
+                at.start(u"tr");
+                at.leaf(u"td", text, *attributes);
+                std::u16string steps;
+                MarkupWriter by(steps, emptyClose);
+                by.start(u"tr");
+                by.start(u"td");
+                for (const auto& a : *attributes) by.attrib(a.name, a.value);
+                by.text(text);
+                by.end();
+                EXPECT_EQ(whole, steps);
+            }
+        }
+    }
+}
+
 TEST(MarkupWriter, EmptyElementsOfAPage) {
     std::u16string text;
     MarkupWriter out(text, u" />");
