@@ -1,6 +1,5 @@
 #include "platform/record_codec.h"
 
-#include <bit>
 #include <cstring>
 
 namespace qb {
@@ -15,31 +14,7 @@ void putBE(std::string& out, std::uint64_t v, int bytes) {
 }
 
 int fixedWidth(PropType type) {
-    switch (type) {
-        case CEVT_I2:
-        case CEVT_UI2:
-            return 2;
-        case CEVT_I4:
-        case CEVT_UI4:
-        case CEVT_BOOL:
-            return 4;
-        case CEVT_FILETIME:
-            return 8;
-        default:
-            return 0;
-    }
-}
-
-std::uint64_t readLE(const char* at, int bytes) {
-    std::uint64_t v = 0;
-    if constexpr (std::endian::native == std::endian::little) {
-        std::memcpy(&v, at, static_cast<std::size_t>(bytes));
-    } else {
-        for (int i = 0; i < bytes; ++i) {
-            v |= std::uint64_t{static_cast<unsigned char>(at[i])} << (8 * i);
-        }
-    }
-    return v;
+    return static_cast<int>(PropReader::fixedWidth(type));
 }
 
 }  // namespace
@@ -62,44 +37,9 @@ std::string encodeProps(const std::vector<CEPROPVAL>& props) {
     return out;
 }
 
-bool PropReader::next(PropView& out) {
-    if (bytes_.empty() || failed_) return false;
-    failed_ = true;  // until the property is read whole
-    if (bytes_.size() < 4) return false;
-    out.propid = static_cast<std::uint32_t>(readLE(bytes_.data(), 4));
-    bytes_.remove_prefix(4);
-    const PropType type = out.type();
-    out.bytes = {};
-    if (int width = fixedWidth(type)) {
-        if (bytes_.size() < static_cast<std::size_t>(width)) return false;
-        out.num = readLE(bytes_.data(), width);
-        bytes_.remove_prefix(static_cast<std::size_t>(width));
-    } else {
-        // Strings count UTF-16 units; blobs, and every type this store does
-        // not know (the writer keeps those as counted bytes), count bytes.
-        // An unknown one is kept opaque, for readers to pass over.
-        if (bytes_.size() < 4) return false;
-        const std::uint64_t n = readLE(bytes_.data(), 4);
-        bytes_.remove_prefix(4);
-        const std::uint64_t size = type == CEVT_LPWSTR ? n * 2 : n;
-        if (bytes_.size() < size) return false;
-        out.num = 0;
-        out.bytes = bytes_.substr(0, static_cast<std::size_t>(size));
-        bytes_.remove_prefix(static_cast<std::size_t>(size));
-    }
-    failed_ = false;
-    return true;
-}
-
 void assignText(std::string_view utf16le, std::u16string& out) {
     out.resize(utf16le.size() / 2);
-    if constexpr (std::endian::native == std::endian::little) {
-        std::memcpy(out.data(), utf16le.data(), out.size() * 2);
-    } else {
-        for (std::size_t i = 0; i < out.size(); ++i) {
-            out[i] = static_cast<char16_t>(readLE(utf16le.data() + 2 * i, 2));
-        }
-    }
+    std::memcpy(out.data(), utf16le.data(), out.size() * 2);
 }
 
 bool decodeProps(std::string_view bytes, std::vector<CEPROPVAL>* out) {

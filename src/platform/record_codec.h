@@ -3,7 +3,9 @@
 // How a record's properties are kept in the data file, and the byte keys
 // that make SQLite's memcmp order the object store's sort order.
 
+#include <bit>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,10 +35,67 @@ class PropReader {
   public:
     explicit PropReader(std::string_view bytes) : bytes_(bytes) {}
     // The next property; false at the end, or on malformed bytes (failed()).
-    bool next(PropView& out);
+    // Inline: a walk calls it for every property of every record.
+    bool next(PropView& out) {
+        if (bytes_.empty() || failed_) return false;
+        std::uint32_t id = 0;
+        if (!take(4, &id)) return fail();
+        out.propid = id;
+        out.bytes = {};
+        const PropType type = out.type();
+        const std::size_t width = fixedWidth(type);
+        if (width != 0) {
+            if (bytes_.size() < width) return fail();
+            out.num = 0;
+            std::memcpy(&out.num, bytes_.data(), width);
+            bytes_.remove_prefix(width);
+            return true;
+        }
+        // Strings count UTF-16 units; blobs, and every type this store does
+        // not know (the writer keeps those as counted bytes), count bytes.
+        // An unknown one is kept opaque, for readers to pass over.
+        std::uint32_t count = 0;
+        if (!take(4, &count)) return fail();
+        const std::size_t size = type == CEVT_LPWSTR ? std::size_t{count} * 2 : count;
+        if (bytes_.size() < size) return fail();
+        out.num = 0;
+        out.bytes = bytes_.substr(0, size);
+        bytes_.remove_prefix(size);
+        return true;
+    }
     bool failed() const { return failed_; }
 
+    // The bytes of a number of each type; 0 for the counted ones.
+    static std::size_t fixedWidth(PropType type) {
+        switch (type) {
+            case CEVT_I2:
+            case CEVT_UI2:
+                return 2;
+            case CEVT_I4:
+            case CEVT_UI4:
+            case CEVT_BOOL:
+                return 4;
+            case CEVT_FILETIME:
+                return 8;
+            default:
+                return 0;
+        }
+    }
+
   private:
+    // Numbers are stored little-endian, as this system's hosts hold them.
+    static_assert(std::endian::native == std::endian::little);
+    bool take(std::size_t width, std::uint32_t* out) {
+        if (bytes_.size() < width) return false;
+        std::memcpy(out, bytes_.data(), width);
+        bytes_.remove_prefix(width);
+        return true;
+    }
+    bool fail() {
+        failed_ = true;
+        return false;
+    }
+
     std::string_view bytes_;
     bool failed_ = false;
 };
