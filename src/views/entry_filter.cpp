@@ -58,6 +58,10 @@ FILETIME EntryFilter::rangeEnd() const {
 
 bool EntryFilter::matches(const TimeEntry& e) const {
     if (hasDateRange() && (e.date < rangeStart() || e.date > rangeEnd())) return false;
+    return matchesBesidesDates(e);
+}
+
+bool EntryFilter::matchesBesidesDates(const TimeEntry& e) const {
     if (criterionFails(client, e.client) || criterionFails(project, e.project) ||
         criterionFails(phase, e.phase) || criterionFails(task, e.task) ||
         criterionFails(billTo, e.billTo) || criterionFails(currency, e.currency) ||
@@ -117,7 +121,7 @@ long walkMatching(EntryTable& table, const EntryFilter& filter,
     FILETIME to = filter.hasDateRange() ? filter.rangeEnd() : ~FILETIME{0};
     long passed = 0;
     walkEntries(table, from, to, [&](const TimeEntry& e) {
-        if (!filter.matches(e)) return true;
+        if (!filter.matchesBesidesDates(e)) return true;
         ++passed;
         return visit(e);
     });

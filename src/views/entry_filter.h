@@ -35,6 +35,8 @@ struct EntryFilter {
 
     void reset();
     bool matches(const TimeEntry& entry) const;
+    // The same leaving the date range out, for walks already bounded by it.
+    bool matchesBesidesDates(const TimeEntry& entry) const;
     bool hasDateRange() const { return start.wMonth != 0; }
     // The date range as file times: start 00:00:00 to end 23:59:59.
     FILETIME rangeStart() const;
