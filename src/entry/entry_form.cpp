@@ -1,6 +1,7 @@
 #include "entry/entry_form.h"
 
 #include "entry/duration_rule.h"
+#include "entry/editor_choices.h"
 #include "entry/rate_rules.h"
 #include "platform/calendar.h"
 
@@ -19,22 +20,41 @@ void storeStart(const std::optional<SYSTEMTIME>& start, TimeEntry& entry) {
     }
 }
 
-// A Duration box that still shows the entry's duration keeps it exactly:
-// saving an entry again never changes hours the user did not touch, even
-// after the granularity option changed. A box holding a letter is left to
-// OK's letter test. A counted span goes through the rule in whole seconds.
-FormResult storeDuration(const EntryForm& form, const Settings& settings, TimeEntry& entry) {
+// The hours OK stores for the Duration box, or why it refuses them, with the
+// short note the editor shows beside the box. A box that still shows the
+// entry's duration keeps it exactly: saving an entry again never changes
+// hours the user did not touch, even after the granularity option changed.
+// A counted span goes through the rule in whole seconds.
+struct DurationCheck {
+    std::optional<std::uint16_t> duration;
+    std::u16string_view message;
+    std::u16string_view note;
+};
+
+DurationCheck checkDuration(const EntryForm& form, const Settings& settings,
+                            const TimeEntry& entry) {
+    constexpr std::u16string_view kRangeNote = u"0 to 655.35 h";
     if (form.spanSeconds) {
         const std::optional<std::uint16_t> span = durationFromSeconds(*form.spanSeconds, settings);
-        if (!span) return refuse(kDurationRangeMessage, FormField::kDuration);
-        entry.duration = *span;
-        return {};
+        if (!span) return {std::nullopt, kDurationRangeMessage, kRangeNote};
+        return {span, {}, {}};
     }
     const std::u16string box = limitText(form.duration, kDurationLimit);
-    if (box == durationText(entry.duration) || holdsLetter(box)) return {};
+    if (box.empty()) return {std::nullopt, kDurationBlankMessage, u"blank"};
+    if (holdsLetter(box)) return {std::nullopt, kNumericOnlyMessage, u"numbers only"};
+    if (box == durationText(entry.duration)) return {entry.duration, {}, {}};
     const std::optional<std::uint16_t> duration = durationFromText(box, settings);
-    if (!duration) return refuse(kDurationRangeMessage, FormField::kDuration);
-    entry.duration = *duration;
+    if (!duration) return {std::nullopt, kDurationRangeMessage, kRangeNote};
+    return {duration, {}, {}};
+}
+
+// The callers have refused a blank box already. A box holding a letter is
+// left to OK's letter test, so that refusals come in the order of the page.
+FormResult storeDuration(const EntryForm& form, const Settings& settings, TimeEntry& entry) {
+    if (!form.spanSeconds && holdsLetter(limitText(form.duration, kDurationLimit))) return {};
+    const DurationCheck check = checkDuration(form, settings, entry);
+    if (!check.duration) return refuse(check.message, FormField::kDuration);
+    entry.duration = *check.duration;
     return {};
 }
 
@@ -150,6 +170,22 @@ FormResult applyForm(const EntryForm& form, const Settings& settings, TimeEntry&
     applyCustom(form, entry);
     setNotes(entry, static_cast<std::int32_t>(form.notes.size()), form.notes.data());
     return {};
+}
+
+FormPreview durationPreview(const EntryForm& form, const Settings& settings,
+                            const TimeEntry& entry) {
+    const DurationCheck check = checkDuration(form, settings, entry);
+    if (!check.duration) return {false, u"Not saved: " + std::u16string(check.note), check.message};
+    return {true, u"Saves " + durationText(*check.duration) + u" h", {}};
+}
+
+FormPreview totalPreview(const EntryForm& form, const Settings& settings, const TimeEntry& entry) {
+    const DurationCheck check = checkDuration(form, settings, entry);
+    if (!check.duration) return {false, {}, check.message};
+    TimeEntry saved = entry;
+    saved.duration = *check.duration;
+    if (const FormResult r = applyBilling(form, saved); !r.ok) return {false, {}, r.message};
+    return {true, totalText(saved, form.currency, settings), {}};
 }
 
 FormResult beginSetTimes(const EntryForm& form, const Settings& settings, TimeEntry& entry) {

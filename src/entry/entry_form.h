@@ -45,6 +45,9 @@ struct EntryForm {
     std::u16string custom3;
     // Notes
     std::vector<std::uint8_t> notes;
+
+    // The editor asks before discarding boxes that differ from how it opened.
+    bool operator==(const EntryForm&) const = default;
 };
 
 // How many UTF-16 units each box takes; typing stops there.
@@ -114,6 +117,27 @@ FormResult leaveGeneral(const EntryForm& form, const Settings& settings, TimeEnt
 //
 // Every text is first cut to its box's limit.
 FormResult applyForm(const EntryForm& form, const Settings& settings, TimeEntry& entry);
+
+// What OK would store, worked out as the user types by the same steps as
+// OK, for the editor to show beside its boxes.
+struct FormPreview {
+    bool ok = true;               // false: OK would refuse the box
+    std::u16string text;          // what the editor shows
+    std::u16string_view message;  // OK's message for the refusal
+};
+
+// The hours the Duration box (or the counted span) will be stored as, e.g.
+// "Saves 1.00 h" for "1:30", whose leading number is 1; a blank box, a
+// letter or hours out of range say why OK refuses them ("Not saved: ...").
+// A box that still shows the entry's duration keeps it.
+FormPreview durationPreview(const EntryForm& form, const Settings& settings,
+                            const TimeEntry& entry);
+// The Billing page's Total as the entry will be saved, as Calculate shows
+// it ("%s%.02f" of the currency box and the amount), from the previewed
+// hours and the page's rate, rate type and currency. A non-billable entry is
+// saved without a rate, so its total is 0.00. Empty text when OK would
+// refuse the duration or the rate.
+FormPreview totalPreview(const EntryForm& form, const Settings& settings, const TimeEntry& entry);
 
 // The first step of "Set...": the Duration box must not be blank; the start
 // picker and the typed duration are stored into `entry` (the duration by the

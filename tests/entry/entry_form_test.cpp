@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
 #include <tuple>
 
@@ -30,6 +31,16 @@ SYSTEMTIME dateOf(const TimeEntry& e) {
     SYSTEMTIME st;
     EXPECT_TRUE(fileTimeToSystemTime(e.date, &st));
     return st;
+}
+
+// The default settings, with granularity of that many minutes (0: off).
+Settings steppedBy(std::uint16_t minutes) {
+    Settings s = defaultSettings();
+    if (minutes) {
+        s.optionFlags |= kDurationGranularity;
+        s.minTime = minutes;
+    }
+    return s;
 }
 
 struct Applied {
@@ -104,11 +115,7 @@ TEST(EntryForm, DurationAndRateTexts) {
         {u"1.5", u"42949672.959", 0, 150, 0xFFFFFFFF},
     };
     for (const Case& c : cases) {
-        Settings s = defaultSettings();
-        if (c.granularityMinutes) {
-            s.optionFlags |= kDurationGranularity;
-            s.minTime = c.granularityMinutes;
-        }
+        const Settings s = steppedBy(c.granularityMinutes);
         EntryForm f = validForm();
         f.duration = c.duration;
         f.rate = c.rate;
@@ -390,6 +397,103 @@ TEST(EntryForm, SetTimesStartsFromTheTypedDuration) {
         EXPECT_TRUE(hasStartTime(e));
         EXPECT_EQ(endOffsetMinutes(e.duration), c.endOffset);
     }
+}
+
+TEST(EntryForm, PreviewShowsWhatOkStores) {
+    struct Case {
+        std::u16string duration;
+        std::uint16_t granularityMinutes;  // 0: off
+        std::u16string_view note;
+        std::u16string_view message;  // empty: OK accepts the box
+    };
+    const Case cases[] = {
+        {u"1:30", 0, u"Saves 1.00 h", {}},  // the leading number only
+        {u"1.239", 0, u"Saves 1.23 h", {}},
+        {u"1.1", 15, u"Saves 1.25 h", {}},
+        {u"0.67", 20, u"Saves 0.67 h", {}},  // a drop-down item stays as it reads
+        {u"655.35", 0, u"Saves 655.35 h", {}},
+        {u"", 0, u"Not saved: blank", kDurationBlankMessage},
+        {u"1h", 0, u"Not saved: numbers only", kNumericOnlyMessage},
+        {u"655.36", 0, u"Not saved: 0 to 655.35 h", kDurationRangeMessage},
+        {u"655.2", 30, u"Not saved: 0 to 655.35 h", kDurationRangeMessage},  // rounds up past
+        {u"-1", 0, u"Not saved: 0 to 655.35 h", kDurationRangeMessage},
+    };
+    for (const Case& c : cases) {
+        const Settings s = steppedBy(c.granularityMinutes);
+        EntryForm f = validForm();
+        f.duration = c.duration;
+        const FormPreview p = durationPreview(f, s, TimeEntry());
+        const std::string label(c.duration.begin(), c.duration.end());
+        EXPECT_EQ(p.text, c.note) << label;
+        EXPECT_EQ(p.ok, c.message.empty()) << label;
+        EXPECT_EQ(p.message, c.message) << label;
+        // The note agrees with what OK does with the same box.
+        const Applied a = apply(f, s);
+        EXPECT_EQ(a.result.ok, p.ok) << label;
+        if (a.result.ok) {
+            EXPECT_EQ(u"Saves " + durationText(a.entry.duration) + u" h", p.text);
+        } else {
+            EXPECT_EQ(a.result.message, c.message) << label;
+        }
+    }
+
+    // A reopened entry's box keeps its hours even off today's steps; a span
+    // counted in seconds stands for the box.
+    TimeEntry stored;
+    stored.duration = 17;
+    EXPECT_EQ(durationPreview(formFromEntry(stored), steppedBy(15), stored).text, u"Saves 0.17 h");
+    EntryForm span = validForm();
+    span.duration.clear();
+    span.spanSeconds = 50 * 60;
+    EXPECT_EQ(durationPreview(span, defaultSettings(), TimeEntry()).text, u"Saves 0.83 h");
+}
+
+TEST(EntryForm, TotalPreviewIsTheAmountOfTheSavedEntry) {
+    struct Case {
+        std::u16string duration, rate;
+        bool billable, fixed;
+        std::optional<std::uint16_t> node;
+        std::u16string_view total;  // empty: refused with `message`
+        std::u16string_view message;
+    };
+    const Case cases[] = {
+        {u"1.5", u"60", true, false, std::nullopt, u"USD90.00", {}},
+        {u"1:30", u"60", true, false, std::nullopt, u"USD60.00", {}},
+        {u"0.33", u"60", true, false, std::nullopt, u"USD19.80", {}},
+        {u"2", u"150", true, true, std::nullopt, u"USD150.00", {}},     // fixed: the whole amount
+        {u"2", u"150", true, false, kFixedRate, u"USD150.00", {}},      // a fixed client rate
+        {u"2", u"75", true, false, kOvertimeRate, u"USD150.00", {}},    // other types are hourly
+        {u"2", u"60", false, false, std::nullopt, u"USD0.00", {}},      // no rate is stored
+        {u"2", u"12.999", true, false, std::nullopt, u"USD25.98", {}},  // cut as OK cuts it
+        {u"x", u"60", true, false, std::nullopt, {}, kNumericOnlyMessage},
+        {u"700", u"60", true, false, std::nullopt, {}, kDurationRangeMessage},
+        {u"2", u"6o", true, false, std::nullopt, {}, kNumericOnlyMessage},
+        {u"2", u"-5", true, false, std::nullopt, {}, kRateRangeMessage},
+    };
+    for (const Case& c : cases) {
+        EntryForm f = validForm();
+        f.duration = c.duration;
+        f.rate = c.rate;
+        f.billable = c.billable;
+        f.fixed = c.fixed;
+        f.rateNode = c.node;
+        const FormPreview p = totalPreview(f, defaultSettings(), TimeEntry());
+        const std::string label(c.duration.begin(), c.duration.end());
+        EXPECT_EQ(p.text, c.total) << label;
+        EXPECT_EQ(p.ok, c.message.empty()) << label;
+        EXPECT_EQ(p.message, c.message) << label;
+    }
+
+    // The preview stores nothing: the entry it reads stays as it was.
+    TimeEntry stored;
+    stored.duration = 100;
+    stored.rate = 5000;
+    EntryForm f = formFromEntry(stored);
+    f.billable = true;
+    f.currency = u"EUR";
+    f.rate = u"80";
+    EXPECT_EQ(totalPreview(f, defaultSettings(), stored).text, u"EUR80.00");
+    EXPECT_EQ(stored.rate, 5000u);
 }
 
 }  // namespace
