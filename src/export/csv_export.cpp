@@ -3,6 +3,7 @@
 #include "entry/entry_amount.h"
 #include "entry/note_text.h"
 #include "export/export_file.h"
+#include "platform/calendar.h"
 #include "platform/string_printf.h"
 #include "store/time_entry.h"
 #include "views/entry_filter.h"
@@ -67,15 +68,17 @@ CsvLines::CsvLines(const ExportSettings& env)
       breakSubstitute_(lineBreakSubstitute(env.settings.breakSub)) {}
 
 void CsvLines::append(const TimeEntry& e, std::u16string& line) {
+    SYSTEMTIME when;
+    const bool dated = fileTimeToSystemTime(e.date, &when);
     line += u'"';
-    pictures_.appendDate(e, line);
+    pictures_.appendDate(dated, when, line);
     line += u'"';
     field(line, e.client);
     field(line, e.project);
     field(line, e.phase);
     field(line, e.task);
     line += u",\"";
-    if (hasStartTime(e)) pictures_.appendTime(e, line);
+    if (dated && hasStartTime(when)) pictures_.appendTime(dated, when, line);
     line += u"\",\"";
     appendHundredths(e.duration, line);
     line += e.billable ? u"\",\"Y" : u"\",\"N";

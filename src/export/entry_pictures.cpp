@@ -9,14 +9,21 @@ EntryPictures::EntryPictures(const LocaleInfo& locale)
     : date_(locale.shortDate), time_(locale.timeFormat, true) {}
 
 void EntryPictures::appendDate(const TimeEntry& entry, std::u16string& out) const {
-    SYSTEMTIME day;
-    if (fileTimeToSystemTime(entry.date, &day)) date_.append(day, out);
+    SYSTEMTIME when;
+    appendDate(fileTimeToSystemTime(entry.date, &when), when, out);
 }
 
 void EntryPictures::appendTime(const TimeEntry& entry, std::u16string& out) const {
-    SYSTEMTIME time{};
-    fileTimeToSystemTime(entry.date, &time);
-    time_.append(time, out);
+    SYSTEMTIME when;
+    appendTime(fileTimeToSystemTime(entry.date, &when), when, out);
+}
+
+void EntryPictures::appendDate(bool dated, const SYSTEMTIME& when, std::u16string& out) const {
+    if (dated) date_.append(when, out);
+}
+
+void EntryPictures::appendTime(bool dated, const SYSTEMTIME& when, std::u16string& out) const {
+    time_.append(dated ? when : SYSTEMTIME{}, out);
 }
 
 }  // namespace qb

@@ -22,6 +22,11 @@ class EntryPictures {
     // (midnight for a date past the end of the calendar).
     void appendTime(const TimeEntry& entry, std::u16string& out) const;
 
+    // The same from the calendar fields of the entry's date, for a writer
+    // that has them already; `dated` false when they could not be made.
+    void appendDate(bool dated, const SYSTEMTIME& when, std::u16string& out) const;
+    void appendTime(bool dated, const SYSTEMTIME& when, std::u16string& out) const;
+
   private:
     DatePicture date_;
     TimePicture time_;

@@ -18,6 +18,12 @@ constexpr std::u16string_view kMonthNames[] = {u"January",   u"February", u"Marc
                                                u"September", u"October",  u"November", u"December"};
 
 void appendNumber(int value, bool twoDigits, std::u16string& out) {
+    // Days, months, hours and minutes: one or two digits, written at once.
+    if (value >= 0 && value < 100) {
+        if (value >= 10 || twoDigits) out.push_back(static_cast<char16_t>(u'0' + value / 10));
+        out.push_back(static_cast<char16_t>(u'0' + value % 10));
+        return;
+    }
     char16_t digits[12];
     char16_t* at = digits + std::size(digits);
     auto rest = static_cast<unsigned>(value);

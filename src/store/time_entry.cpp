@@ -95,7 +95,7 @@ void clearStartTime(TimeEntry& entry) {
 
 bool hasStartTime(const TimeEntry& entry) {
     SYSTEMTIME st;
-    return fileTimeToSystemTime(entry.date, &st) && st.wSecond == 1;
+    return fileTimeToSystemTime(entry.date, &st) && hasStartTime(st);
 }
 
 int readEntry(EntryTable& table, TimeEntry& entry, bool* dated) {

@@ -46,6 +46,10 @@ void setStartTime(TimeEntry& entry, const SYSTEMTIME& time);
 void clearStartTime(TimeEntry& entry);
 // True when the entry records a start time (the seconds of `date` equal 1).
 bool hasStartTime(const TimeEntry& entry);
+// The same from the calendar fields of an entry's date.
+inline bool hasStartTime(const SYSTEMTIME& date) {
+    return date.wSecond == 1;
+}
 
 // Reads the table's current record: 0 read, 1 end of table, -1 error.
 // `dated`, when given, tells whether the record holds a date (1001).
