@@ -1,6 +1,7 @@
 #include "export/export_file.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 #include "platform/text.h"
@@ -87,17 +88,9 @@ bool ExportFile::writeRaw(const void* bytes, std::size_t count) {
 }
 
 bool ExportFile::writeWide(std::u16string_view text) {
-    while (!text.empty() && out_.status().isOk()) {
-        const std::size_t take = std::min(text.size(), kConvertChunk);
-        scratch_.clear();
-        for (char16_t c : text.substr(0, take)) {
-            scratch_.push_back(static_cast<char>(c & 0xFF));
-            scratch_.push_back(static_cast<char>(c >> 8));
-        }
-        text.remove_prefix(take);
-        out_.write(scratch_);
-    }
-    return ok();
+    // UTF-16LE is how this system's hosts hold the text already.
+    static_assert(std::endian::native == std::endian::little);
+    return writeRaw(text.data(), text.size() * sizeof(char16_t));
 }
 
 std::string_view ExportFile::unitBytes(char16_t unit) const {
