@@ -5,7 +5,7 @@ set -euo pipefail
 
 packages=(
     cmake g++ make pkg-config
-    qt6-base-dev libgl-dev libx11-dev libxss-dev
+    qt6-base-dev qt6-charts-dev libgl-dev libx11-dev libxss-dev
     libsqlite3-dev
     libical-dev nlohmann-json3-dev timewarrior
     libgtest-dev libgmock-dev libbenchmark-dev

@@ -2,12 +2,18 @@
 // would: type into the boxes, switch pages, press the buttons, read the
 // messages and then the store.
 
+#include <QAbstractBarSeries>
 #include <QApplication>
+#include <QBarCategoryAxis>
+#include <QBarSet>
+#include <QChart>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPieSeries>
+#include <QPieSlice>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTabWidget>
@@ -16,6 +22,7 @@
 #include <QTimeEdit>
 #include <QTimer>
 #include <QTreeWidget>
+#include <algorithm>
 #include <functional>
 #include <memory>
 
@@ -27,6 +34,7 @@
 #include "gui/commands.h"
 #include "gui/entry/entry_editor.h"
 #include "gui/entry/set_times_dialog.h"
+#include "gui/entry/summary_charts_view.h"
 #include "gui/entry/summary_dialog.h"
 #include "gui/entry_list_widget.h"
 #include "gui/gui_test_registry.h"
@@ -38,6 +46,7 @@
 #include "store/tables.h"
 #include "store/time_entry.h"
 #include "views/quick_summary.h"
+#include "views/summary_charts.h"
 
 namespace qb {
 
@@ -109,7 +118,9 @@ class EntryTests : public QObject {
     void editorListsAndBillingPageFollowTheClient();
     void setTimesProposesAndTakesTheSpan();
     void reopenedEntryKeepsItsHoursAndRate();
-    void summaryShowsTheListsRows();
+    void editorShowsWhatItWillSave();
+    void escapeAsksBeforeDiscardingChanges();
+    void summaryShowsTheListsRowsAndCharts();
 };
 
 void EntryTests::editorRefusesInTurnThenSavesWithMasterData() {
@@ -371,42 +382,202 @@ void EntryTests::reopenedEntryKeepsItsHoursAndRate() {
     QCOMPARE(storedEntry(*state, stored.recordOid).duration, std::uint16_t(17));
 }
 
-void EntryTests::summaryShowsTheListsRows() {
+void EntryTests::editorShowsWhatItWillSave() {
+    auto state = makeState();
+    QVERIFY(state);
+    Messages messages;
+    EntryEditor editor(*state, prepareEntry(nullptr, state->settings(), makeDate(2026, 3, 9)));
+    editor.show();
+    QVERIFY(QTest::qWaitForWindowActive(&editor));
+    auto* note = child<QLabel>(editor, "durationNote");
+    auto* total = child<QLineEdit>(editor, "total");
+    QCOMPARE(note->text(), QStringLiteral("Saves 0.00 h"));
+
+    // The hours as OK reads them, while the user types.
+    const QList<QPair<QString, QString>> typed = {
+        {"1:30", "Saves 1.00 h"},
+        {"1.239", "Saves 1.23 h"},
+        {"", "Not saved: blank"},
+        {"1h", "Not saved: numbers only"},
+        {"700", "Not saved: 0 to 655.35 h"},
+        {"1.5", "Saves 1.50 h"},
+    };
+    for (const auto& [text, shown] : typed) {
+        type(editor, "duration", text);
+        QCOMPARE(note->text(), shown);
+    }
+    type(editor, "duration", QStringLiteral("700"));
+    QCOMPARE(note->toolTip(), QString::fromStdU16String(std::u16string(kDurationRangeMessage)));
+    type(editor, "duration", QStringLiteral("1.5"));
+    QVERIFY(note->toolTip().isEmpty());
+
+    // The Total follows the rate, its type, the currency and the hours.
+    type(editor, "client", QStringLiteral("Cobalt"));
+    auto* pages = child<QTabWidget>(editor, "pages");
+    pages->setCurrentIndex(1);
+    QCOMPARE(pages->currentIndex(), 1);
+    child<QCheckBox>(editor, "billable")->setChecked(true);
+    type(editor, "rate", QStringLiteral("60"));
+    QCOMPARE(total->text(), QStringLiteral("USD90.00"));
+    type(editor, "currency", QStringLiteral("EUR"));
+    QCOMPARE(total->text(), QStringLiteral("EUR90.00"));
+    child<QCheckBox>(editor, "fixed")->setChecked(true);
+    QCOMPARE(total->text(), QStringLiteral("EUR60.00"));
+    child<QCheckBox>(editor, "fixed")->setChecked(false);
+    type(editor, "rate", QStringLiteral("6o"));
+    QVERIFY(total->text().isEmpty());
+    QCOMPARE(total->placeholderText(),
+             QString::fromStdU16String(std::u16string(kNumericOnlyMessage)));
+    type(editor, "rate", QStringLiteral("80"));
+    pages->setCurrentIndex(0);
+    type(editor, "duration", QStringLiteral("0:45"));  // read as 0
+    QCOMPARE(note->text(), QStringLiteral("Saves 0.00 h"));
+    QCOMPARE(total->text(), QStringLiteral("EUR0.00"));
+    type(editor, "duration", QStringLiteral("2"));
+    QCOMPARE(total->text(), QStringLiteral("EUR160.00"));
+    // Calculate still answers the same.
+    pages->setCurrentIndex(1);
+    total->clear();
+    click(editor, "calculate");
+    QCOMPARE(total->text(), QStringLiteral("EUR160.00"));
+    QVERIFY(messages.shown.empty());
+
+    // And OK stores what was shown.
+    type(editor, "task", QStringLiteral("Survey"));
+    pressOk(editor);
+    QVERIFY(editor.saved());
+    const TimeEntry saved = storedEntry(*state, editor.entry().recordOid);
+    QCOMPARE(saved.duration, std::uint16_t(200));
+    QCOMPARE(saved.rate, 8000u);
+}
+
+void EntryTests::escapeAsksBeforeDiscardingChanges() {
+    auto state = makeState();
+    QVERIFY(state);
+    Messages messages(QMessageBox::No);
+    auto escape = [](QWidget& editor) {
+        QWidget* focus = editor.focusWidget() ? editor.focusWidget() : &editor;
+        QTest::keyClick(focus, Qt::Key_Escape);
+    };
+
+    // Untouched, it closes at once.
+    EntryEditor untouched(*state, prepareEntry(nullptr, state->settings(), makeDate(2026, 3, 9)));
+    untouched.show();
+    QVERIFY(QTest::qWaitForWindowActive(&untouched));
+    escape(untouched);
+    QVERIFY(!untouched.isVisible());
+    QVERIFY(messages.shown.empty());
+
+    EntryEditor editor(*state, prepareEntry(nullptr, state->settings(), makeDate(2026, 3, 9)));
+    editor.show();
+    QVERIFY(QTest::qWaitForWindowActive(&editor));
+    type(editor, "client", QStringLiteral("Acme"));
+    type(editor, "duration", QStringLiteral("2"));
+    escape(editor);
+    QCOMPARE(messages.shown.size(), std::size_t(1));
+    const MessageRequest& asked = messages.shown[0];
+    QCOMPARE(asked.text, QStringLiteral("Discard the changes to this entry?"));
+    QCOMPARE(asked.icon, MessageIcon::kQuestion);
+    QCOMPARE(asked.buttons, QMessageBox::Yes | QMessageBox::No);
+    QCOMPARE(asked.defaultButton, QMessageBox::No);
+    QVERIFY(editor.isVisible());  // No: still editing, with what was typed
+    QCOMPARE(child<QComboBox>(editor, "client")->currentText(), QStringLiteral("Acme"));
+
+    // Typed back as it was, it counts as unchanged.
+    type(editor, "client", QString());
+    type(editor, "duration", QStringLiteral("0.00"));
+    escape(editor);
+    QVERIFY(!editor.isVisible());
+    QCOMPARE(messages.shown.size(), std::size_t(1));
+
+    // Cancel asks too; Yes discards.
+    editor.show();
+    QVERIFY(QTest::qWaitForWindowActive(&editor));
+    type(editor, "task", QStringLiteral("Design"));
+    messages.answer(QMessageBox::Yes);
+    auto* buttons = editor.findChild<QDialogButtonBox*>();
+    QTest::mouseClick(buttons->button(QDialogButtonBox::Cancel), Qt::LeftButton);
+    QCOMPARE(messages.shown.size(), std::size_t(2));
+    QVERIFY(!editor.isVisible());
+    QVERIFY(!editor.saved());
+    QCOMPARE(entryCount(*state), std::size_t(0));
+}
+
+namespace {
+
+QStringList tableRows(QTableWidget* t) {
+    QStringList cells;
+    for (int r = 0; r < t->rowCount(); ++r) {
+        cells << QStringLiteral("%1|%2|%3")
+                     .arg(t->item(r, 0)->text(), t->item(r, 1)->text(), t->item(r, 2)->text());
+    }
+    return cells;
+}
+
+QList<qreal> barValues(QChart* chart, int set = 0) {
+    const QList<QAbstractSeries*> series = chart->series();
+    if (series.size() != 1) return {};
+    auto* bars = qobject_cast<QAbstractBarSeries*>(series[0]);
+    if (!bars || bars->count() <= set) return {};
+    QList<qreal> values;
+    QBarSet* s = bars->barSets()[set];
+    for (int i = 0; i < s->count(); ++i) values << s->at(i);
+    return values;
+}
+
+QStringList categoriesOf(QChart* chart) {
+    for (QAbstractAxis* axis : chart->axes()) {
+        if (auto* c = qobject_cast<QBarCategoryAxis*>(axis)) return c->categories();
+    }
+    return {};
+}
+
+QList<qreal> hoursOf(const std::vector<ChartBar>& bars, bool topFirst) {
+    QList<qreal> values;
+    for (const ChartBar& b : bars) values << static_cast<double>(b.hours) / 100.0;
+    if (topFirst) std::reverse(values.begin(), values.end());
+    return values;
+}
+
+}  // namespace
+
+void EntryTests::summaryShowsTheListsRowsAndCharts() {
     auto state = makeState();
     QVERIFY(state);
     MainWindow window(*state);
+    window.show();
     SYSTEMTIME start{}, end{};
     window.periodView().getPeriod(&start, &end);
-    auto addOne = [&](const char16_t* project, std::uint16_t duration, bool billable, bool paid) {
+    auto addOne = [&](const char16_t* client, const char16_t* project, std::uint16_t duration,
+                      bool billable, bool paid, const char16_t* currency) {
         TimeEntry e = prepareEntry(nullptr, state->settings(), start);
-        e.client = u"Acme";
+        e.client = client;
         e.project = project;
         e.task = u"Design";
         e.duration = duration;
         e.billable = billable;
         e.paid = paid;
         e.rate = 6000;
+        e.currency = currency;
         QVERIFY(saveEntry(state->entries(), e));
     };
-    addOne(u"Web", 150, true, false);
-    addOne(u"WEB", 50, true, true);
-    addOne(u"Ops", 200, false, false);
+    addOne(u"Acme", u"Web", 150, true, false, u"USD");
+    addOne(u"Acme", u"WEB", 50, true, true, u"EUR");
+    addOne(u"Bolt", u"Ops", 200, false, false, u"USD");
     window.refresh();
 
-    QStringList cells;
-    QList<Qt::Alignment> alignment;
-    whenModal<SummaryDialog>([&](SummaryDialog* d) {
-        QTableWidget* t = d->table();
-        for (int r = 0; r < t->rowCount(); ++r) {
-            cells << QStringLiteral("%1|%2|%3")
-                         .arg(t->item(r, 0)->text(), t->item(r, 1)->text(), t->item(r, 2)->text());
-        }
-        for (int c = 0; c < 3; ++c) {
-            alignment << (Qt::Alignment(t->item(5, c)->textAlignment()) & Qt::AlignHorizontal_Mask);
-        }
-        d->reject();
-    });
+    // It opens beside the window, which stays usable.
     window.runCommand(kCmdQuickSummary);
+    auto* summary = window.findChild<SummaryDialog*>();
+    QVERIFY(summary);
+    QVERIFY(summary->isVisible());
+    QVERIFY(!summary->isModal());
+    QVERIFY(QApplication::activeModalWidget() == nullptr);
+    QCOMPARE(summary->windowTitle(), QStringLiteral("Quick Summary"));
+
+    // The rows as the specification's table has them: amounts of all
+    // currencies together there, and only there.
+    const QStringList cells = tableRows(summary->table());
     QCOMPARE(cells.size(), 17);
     QCOMPARE(cells[0], QStringLiteral("Period Type:|Week|"));
     QCOMPARE(cells[2], QStringLiteral("Number of Items:|3|"));
@@ -416,14 +587,65 @@ void EntryTests::summaryShowsTheListsRows() {
     QCOMPARE(cells[11], QStringLiteral("Paid Amount:|30.00|"));
     QCOMPARE(cells[15], QStringLiteral("Ops|2.00h|50.0%"));
     QCOMPARE(cells[16], QStringLiteral("Web|2.00h|50.0%"));
+    QList<Qt::Alignment> alignment;
+    for (int c = 0; c < 3; ++c) {
+        alignment << (Qt::Alignment(summary->table()->item(5, c)->textAlignment()) &
+                      Qt::AlignHorizontal_Mask);
+    }
     QCOMPARE(alignment, (QList<Qt::Alignment>{Qt::AlignLeft, Qt::AlignRight, Qt::AlignRight}));
 
+    // The charts draw the core's figures of the same rows.
+    FILETIME lo = 0, hi = 0;
+    window.periodView().bounds(&lo, &hi);
+    SYSTEMTIME first{}, last{};
+    fileTimeToSystemTime(lo, &first);
+    fileTimeToSystemTime(hi, &last);
+    const SummaryCharts core = summaryCharts(state->entries(), window.entryList().collectIds(),
+                                             first, last, state->settings());
+    SummaryChartsView* charts = summary->charts();
+    QCOMPARE(barValues(charts->chart("projects")), hoursOf(core.projects, true));
+    // Lying bars count from the bottom: the first of the core's bars is on top.
+    QCOMPARE(categoriesOf(charts->chart("projects")), (QStringList{"Web", "Ops"}));
+    QCOMPARE(barValues(charts->chart("clients")), hoursOf(core.clients, true));
+    QCOMPARE(barValues(charts->chart("clients")), (QList<qreal>{2.0, 2.0}));
+    QCOMPARE(barValues(charts->chart("days")), hoursOf(core.days, false));
+    QCOMPARE(barValues(charts->chart("days")).size(), 7);
+    auto* pie = qobject_cast<QPieSeries*>(charts->chart("billable")->series().value(0));
+    QVERIFY(pie);
+    QCOMPARE(pie->count(), 2);
+    QCOMPARE(pie->slices()[0]->value(), 2.0);
+    QCOMPARE(pie->slices()[1]->value(), 2.0);
+    QVERIFY(pie->slices()[0]->label().startsWith(QStringLiteral("Billable\n2.00 h")));
+    // Paid and unpaid apart for each currency, never added across them.
+    QCOMPARE(categoriesOf(charts->chart("amounts")), (QStringList{"USD 90.00", "EUR 30.00"}));
+    QCOMPARE(barValues(charts->chart("amounts"), 0), (QList<qreal>{0.0, 30.0}));
+    QCOMPARE(barValues(charts->chart("amounts"), 1), (QList<qreal>{90.0, 0.0}));
+
+    // It follows the window to the next period, and opening it again
+    // brings the same window forward.
+    window.runCommand(kCmdNextPeriod);
+    QCOMPARE(tableRows(summary->table())[2], QStringLiteral("Number of Items:|0|"));
+    QVERIFY(barValues(charts->chart("projects")).isEmpty());
+    window.runCommand(kCmdPreviousPeriod);
+    summary->close();
+    window.runCommand(kCmdNextPeriod);
+    window.runCommand(kCmdQuickSummary);
+    QCOMPARE(window.findChildren<SummaryDialog*>().size(), 1);
+    QCOMPARE(tableRows(summary->table())[2], QStringLiteral("Number of Items:|0|"));
+    summary->close();
+
     // No rows, no hours: the shares say so rather than print a division.
-    SummaryDialog empty(*state, {}, kDayView, start, start);
+    SummaryDialog empty(*state);
+    SummaryPeriod none;
+    none.kind = kDayView;
+    none.start = none.end = none.firstDay = none.lastDay = start;
+    empty.showPeriod(none);
     QTableWidget* t = empty.table();
     QCOMPARE(t->item(2, 1)->text(), QStringLiteral("0"));
     QCOMPARE(t->item(5, 2)->text(), QString::fromStdU16String(std::u16string(kUndefinedShare)));
     QCOMPARE(t->item(6, 2)->text(), QString::fromStdU16String(std::u16string(kUndefinedShare)));
+    QCOMPARE(empty.charts()->chart("billable")->series().value(0)->type(),
+             QAbstractSeries::SeriesTypePie);
 }
 
 QB_GUI_TEST(EntryTests);

@@ -24,6 +24,7 @@
 #include "entry/rate_rules.h"
 #include "entry/rate_setup.h"
 #include "gui/app_state.h"
+#include "gui/colours.h"
 #include "gui/dialogs/dialog_support.h"
 #include "gui/dialogs/rate_tree.h"
 #include "gui/entry/choice_boxes.h"
@@ -56,6 +57,7 @@ struct EntryEditor::Pages {
     QComboBox* phase = nullptr;
     QComboBox* task = nullptr;
     QComboBox* duration = nullptr;
+    QLabel* durationNote = nullptr;
     QCheckBox* hasStart = nullptr;
     QTimeEdit* start = nullptr;
     QPushButton* setTimes = nullptr;
@@ -92,6 +94,19 @@ EntryEditor::EntryEditor(AppState& state, const TimeEntry& entry, QWidget* paren
 
     showEntry();
     connect(p_->tabs, &QTabWidget::currentChanged, this, &EntryEditor::pageChanged);
+    // Connected once the boxes show the entry, so that filling them in does
+    // not count as typing.
+    Pages& p = *p_;
+    for (QComboBox* box : {p.duration, p.currency}) {
+        connect(box, &QComboBox::editTextChanged, this, &EntryEditor::showWhatSaves);
+    }
+    connect(p.rate, &QLineEdit::textChanged, this, &EntryEditor::showWhatSaves);
+    for (QCheckBox* check : {p.fixed, p.billable}) {
+        connect(check, &QCheckBox::toggled, this, &EntryEditor::showWhatSaves);
+    }
+    connect(p.rateTree, &QTreeWidget::currentItemChanged, this, &EntryEditor::showWhatSaves);
+    showWhatSaves();
+    opened_ = form();
     p_->client->setFocus();
     resize(fontMetrics().averageCharWidth() * 62, fontMetrics().height() * 26);
 }
@@ -137,9 +152,14 @@ void EntryEditor::buildGeneral() {
         p.duration->addItem(toQt(item));
     }
 
+    p.durationNote = new QLabel(page);
+    p.durationNote->setObjectName(QStringLiteral("durationNote"));
+
     auto* durationRow = new QHBoxLayout;
     durationRow->addWidget(p.duration);
     durationRow->addWidget(new QLabel(QStringLiteral("hour(s)"), page));
+    durationRow->addSpacing(fontMetrics().averageCharWidth() * 2);
+    durationRow->addWidget(p.durationNote);
     durationRow->addStretch(1);
     auto* startRow = new QHBoxLayout;
     startRow->addWidget(p.hasStart);
@@ -456,6 +476,25 @@ void EntryEditor::calculate() {
     p_->total->setText(toQt(*total));
 }
 
+// What OK would store, from the boxes as they stand: the hours beside the
+// Duration box, and the Total (the rate and hours that make it can be
+// refused, and the box then says why).
+void EntryEditor::showWhatSaves() {
+    Pages& p = *p_;
+    const EntryForm f = form();
+    const FormPreview hours = durationPreview(f, state_.settings(), entry_);
+    p.durationNote->setText(toQt(hours.text));
+    p.durationNote->setToolTip(toQt(std::u16string(hours.message)));
+    QPalette notePalette = p.durationNote->palette();
+    notePalette.setColor(QPalette::WindowText, hours.ok ? palette().color(QPalette::PlaceholderText)
+                                                        : warningColour(palette()));
+    p.durationNote->setPalette(notePalette);
+
+    const FormPreview total = totalPreview(f, state_.settings(), entry_);
+    p.total->setText(toQt(total.text));
+    p.total->setPlaceholderText(toQt(std::u16string(total.message)));
+}
+
 void EntryEditor::setTimes() {
     const FormResult r = beginSetTimes(form(), state_.settings(), entry_);
     if (!r.ok) {
@@ -475,6 +514,14 @@ void EntryEditor::setTimes() {
     p_->hasStart->setChecked(true);
     p_->start->setTime(QTime(dialog.start().wHour, dialog.start().wMinute));
     p_->duration->setEditText(toQt(durationText(entry_.duration)));
+}
+
+void EntryEditor::reject() {
+    if (form() != opened_ && !confirm(this, QStringLiteral("Discard the changes to this entry?"),
+                                      MessageIcon::kQuestion)) {
+        return;
+    }
+    QDialog::reject();
 }
 
 void EntryEditor::accept() {

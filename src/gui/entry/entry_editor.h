@@ -3,17 +3,19 @@
 // The time entry editor: the sheet of pages "General", "Billing", "Custom"
 // and "Notes" on one in-memory entry. OK checks every page through the
 // core's form rules and saves the entry with what the master data learns.
+// As the user types, the hours beside the Duration box and the Billing
+// page's Total show what OK would store; leaving with changed boxes asks
+// first.
 
 #include <QDialog>
 #include <memory>
 
+#include "entry/entry_form.h"
 #include "store/time_entry.h"
 
 namespace qb {
 
 class AppState;
-struct EntryForm;
-struct FormResult;
 
 class EntryEditor : public QDialog {
     Q_OBJECT
@@ -34,6 +36,9 @@ class EntryEditor : public QDialog {
     EntryForm form() const;
 
     void accept() override;
+    // Escape, Cancel and closing the window: boxes that differ from how the
+    // editor opened are discarded only after the user says so.
+    void reject() override;
 
   private:
     struct Pages;
@@ -50,12 +55,14 @@ class EntryEditor : public QDialog {
     void updateBillingState();
     void rateNodeChosen();
     void calculate();
+    void showWhatSaves();
     void setTimes();
     void refuse(const FormResult& result);
 
     AppState& state_;
     TimeEntry entry_;
     std::unique_ptr<Pages> p_;
+    EntryForm opened_;
     int shownPage_ = 0;
     bool saved_ = false;
 };

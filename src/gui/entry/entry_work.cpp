@@ -76,14 +76,37 @@ void EntryWork::recordTimer(int index) {
     timers_->finishCompleted(index);
 }
 
+// The summary stays beside the main window and follows its period, filter
+// and entries until it is closed.
 void EntryWork::openSummary() {
-    SYSTEMTIME start{};
-    SYSTEMTIME end{};
-    PeriodView& view = window_.periodView();
-    view.getPeriod(&start, &end);
-    SummaryDialog dialog(state_, window_.entryList().collectIds(), view.kind(), start, end,
-                         &window_);
-    dialog.exec();
+    const bool first = !summary_;
+    if (first) {
+        summary_ = new SummaryDialog(state_, &window_);
+        connect(&window_, &MainWindow::refreshed, summary_, [this] {
+            if (summary_->isVisible()) summary_->showPeriod(summaryPeriod());
+        });
+    }
+    summary_->showPeriod(summaryPeriod());
+    if (first) summary_->placeBeside(window_);
+    summary_->show();
+    summary_->raise();
+    summary_->activateWindow();
+}
+
+SummaryPeriod EntryWork::summaryPeriod() const {
+    SummaryPeriod p;
+    const PeriodView& view = window_.periodView();
+    p.ids = window_.entryList().collectIds();
+    p.kind = view.kind();
+    view.getPeriod(&p.start, &p.end);
+    // The days come from the walk's bounds: the month's end from getPeriod
+    // may lie on the next month's first day.
+    FILETIME lo = 0;
+    FILETIME hi = 0;
+    view.bounds(&lo, &hi);
+    fileTimeToSystemTime(lo, &p.firstDay);
+    fileTimeToSystemTime(hi, &p.lastDay);
+    return p;
 }
 
 void EntryWork::updateTimersButton() {

@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "gui/entry/idle_source.h"
+#include "gui/entry/summary_dialog.h"
 #include "gui/entry/timers_window.h"
 
 namespace qb {
@@ -28,6 +29,8 @@ class EntryWork : public QObject {
     void editSelected();
     // Opens the timer window beside the main window, or brings it forward.
     void openTimers();
+    // Opens the quick summary beside the main window, or fills it again and
+    // brings it forward.
     void openSummary();
     // A timer's "Task Complete": the editor on the entry it becomes, then the
     // timer starts over whether the entry was saved or not.
@@ -35,11 +38,13 @@ class EntryWork : public QObject {
 
     TimerWork& timers() { return *timers_; }
     TimersWindow* timersWindow() const { return timersWindow_; }
+    SummaryDialog* summary() const { return summary_; }
     TimerPanel& timerPanel() { return *panel_; }
     TimerTray& timerTray() { return *tray_; }
 
   private:
     void updateTimersButton();
+    SummaryPeriod summaryPeriod() const;
 
     MainWindow& window_;
     AppState& state_;
@@ -47,6 +52,7 @@ class EntryWork : public QObject {
     TimerPanel* panel_;
     TimerTray* tray_;
     QPointer<TimersWindow> timersWindow_;
+    QPointer<SummaryDialog> summary_;
 };
 
 // Registers the handlers with the main window; the work lives as long as

@@ -1,13 +1,18 @@
 #include "gui/entry/summary_dialog.h"
 
 #include <QDialogButtonBox>
+#include <QEvent>
 #include <QHeaderView>
+#include <QScreen>
+#include <QSplitter>
 #include <QTableWidget>
 #include <QVBoxLayout>
 #include <algorithm>
 
 #include "gui/app_state.h"
+#include "gui/entry/summary_charts_view.h"
 #include "views/quick_summary.h"
+#include "views/summary_charts.h"
 
 namespace qb {
 namespace {
@@ -18,19 +23,23 @@ constexpr int kColumnShares[3] = {43, 34, 23};
 constexpr Qt::Alignment kColumnAlignment[3] = {Qt::AlignLeft | Qt::AlignVCenter,
                                                Qt::AlignRight | Qt::AlignVCenter,
                                                Qt::AlignRight | Qt::AlignVCenter};
+// The table's width in average characters: the rows' longest captions and
+// numbers, the rest goes to the charts.
+constexpr int kTableChars = 52;
 
 }  // namespace
 
-SummaryDialog::SummaryDialog(AppState& state, const std::vector<CEOID>& ids, ViewKind kind,
-                             const SYSTEMTIME& start, const SYSTEMTIME& end, QWidget* parent)
-    : QDialog(parent), table_(new QTableWidget(this)) {
+SummaryDialog::SummaryDialog(AppState& state, QWidget* parent)
+    : QDialog(parent),
+      state_(state),
+      table_(new QTableWidget(this)),
+      charts_(new SummaryChartsView(this)) {
+    setObjectName(QStringLiteral("quickSummary"));
     setWindowTitle(QStringLiteral("Quick Summary"));
-    const std::vector<SummaryRow> rows =
-        quickSummary(state.entries(), ids, kind, start, end, state.settings(), state.locale());
+    setModal(false);
 
     table_->setObjectName(QStringLiteral("summary"));
     table_->setColumnCount(3);
-    table_->setRowCount(static_cast<int>(rows.size()));
     table_->horizontalHeader()->hide();
     table_->verticalHeader()->hide();
     table_->setShowGrid(true);
@@ -40,6 +49,32 @@ SummaryDialog::SummaryDialog(AppState& state, const std::vector<CEOID>& ids, Vie
     table_->setWordWrap(false);
     table_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     table_->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    table_->viewport()->installEventFilter(this);
+
+    auto* split = new QSplitter(Qt::Horizontal, this);
+    split->setObjectName(QStringLiteral("summarySplit"));
+    split->setChildrenCollapsible(false);
+    split->addWidget(table_);
+    split->addWidget(charts_);
+    split->setStretchFactor(0, 0);
+    split->setStretchFactor(1, 1);
+    const int tableWidth = fontMetrics().averageCharWidth() * kTableChars;
+    table_->setMinimumWidth(tableWidth * 2 / 3);
+    split->setSizes({tableWidth, tableWidth * 2});
+
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(split, 1);
+    layout->addWidget(buttons);
+}
+
+void SummaryDialog::showPeriod(const SummaryPeriod& period) {
+    const std::vector<SummaryRow> rows =
+        quickSummary(state_.entries(), period.ids, period.kind, period.start, period.end,
+                     state_.settings(), state_.locale());
+    table_->clearContents();
+    table_->setRowCount(static_cast<int>(rows.size()));
     const QColor undefined = palette().color(QPalette::Disabled, QPalette::Text);
     for (int r = 0; r < table_->rowCount(); ++r) {
         for (int c = 0; c < 3; ++c) {
@@ -52,19 +87,24 @@ SummaryDialog::SummaryDialog(AppState& state, const std::vector<CEOID>& ids, Vie
             table_->setItem(r, c, cell);
         }
     }
+    table_->scrollToTop();
+    charts_->showCharts(summaryCharts(state_.entries(), period.ids, period.firstDay, period.lastDay,
+                                      state_.settings()));
+}
 
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    auto* layout = new QVBoxLayout(this);
-    layout->addWidget(table_, 1);
-    layout->addWidget(buttons);
-    // Tall enough for every row up to a screenful, then the list scrolls.
-    table_->resizeRowsToContents();
-    const int rowsHeight = table_->verticalHeader()->length() + 2 * table_->frameWidth();
-    const int chrome = buttons->sizeHint().height() + layout->spacing() +
-                       layout->contentsMargins().top() + layout->contentsMargins().bottom();
-    resize(fontMetrics().averageCharWidth() * 60,
-           std::min(rowsHeight + chrome, fontMetrics().height() * 40));
+void SummaryDialog::placeBeside(const QWidget& main) {
+    const QScreen* screen = main.screen();
+    if (!screen) return;
+    const QRect room = screen->availableGeometry();
+    // Most of a laptop's screen; on a wide one, enough for both panes.
+    const int width = room.width() * (room.width() >= 1600 ? 70 : 80) / 100;
+    const int height = room.height() * 80 / 100;
+    resize(width, height);
+    const QRect frame = main.frameGeometry();
+    int x = frame.right() + 1;
+    if (x + width > room.right()) x = room.right() - width;
+    const int y = std::clamp(frame.top(), room.top(), std::max(room.top(), room.bottom() - height));
+    move(std::max(room.left(), x), y);
 }
 
 void SummaryDialog::fitColumns() {
@@ -72,14 +112,9 @@ void SummaryDialog::fitColumns() {
     for (int c = 0; c < 3; ++c) table_->setColumnWidth(c, width * kColumnShares[c] / 100);
 }
 
-void SummaryDialog::resizeEvent(QResizeEvent* event) {
-    QDialog::resizeEvent(event);
-    fitColumns();
-}
-
-void SummaryDialog::showEvent(QShowEvent* event) {
-    QDialog::showEvent(event);
-    fitColumns();
+bool SummaryDialog::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == table_->viewport() && event->type() == QEvent::Resize) fitColumns();
+    return QDialog::eventFilter(watched, event);
 }
 
 }  // namespace qb
