@@ -304,9 +304,10 @@ int BackupWriter::restoreFile(const std::string& fileName) {
     if (s.isOk()) s = records.enumElements(&elements);
     if (!s.isOk()) ok = fail(within(kRecordsStorage, s));
     ElementInfo element;
+    CompoundStream record;  // one for all: its buffers serve every entry
     while (ok && elements.next(&element)) {
-        CompoundStream record;
-        ok = openStream(records, element.name, &record);
+        s = elements.openStream(&record);
+        if (!s.isOk()) ok = fail(within(element.name, s));
         if (ok && !restoreEntry(record)) {
             error_ = within(element.name, error_);
             ok = false;

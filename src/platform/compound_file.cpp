@@ -19,13 +19,38 @@ FileImpl::~FileImpl() = default;
 
 Status FileImpl::find(std::uint32_t storage, std::u16string_view name, std::uint32_t* out) {
     *out = kNoStream;
-    if (!writable) {
-        Status s = listChildren(storage);
+    return writable ? findWritten(storage, name, out) : findRead(storage, name, out);
+}
+
+Status FileImpl::children(std::uint32_t storage, std::vector<std::uint32_t>* out) {
+    if (writable) return writtenChildren(storage, out);
+    Status s = listChildren(storage);
+    if (s.isOk()) *out = listings[storage].children;
+    return s;
+}
+
+std::uint8_t FileImpl::typeOf(std::uint32_t node) {
+    if (writable) return writtenType[node];
+    DirEntry e;
+    return entry(node, &e).isOk() ? e.type : kTypeUnused;
+}
+
+Status FileImpl::describe(std::uint32_t node, ElementInfo* out) {
+    std::uint8_t type = 0;
+    if (writable) {
+        type = writtenType[node];
+        out->size = type == kTypeStream ? written[node].size : 0;
+        Status s = writtenName(node, &out->name);
         if (!s.isOk()) return s;
+    } else {
+        DirEntry e;
+        Status s = entry(node, &e);
+        if (!s.isOk()) return s;
+        type = e.type;
+        out->name = std::move(e.name);
+        out->size = e.size;
     }
-    const Node& parent = nodes[storage];
-    auto it = parent.byKey.find(nameKey(name));
-    if (it != parent.byKey.end()) *out = it->second;
+    out->type = type == kTypeStream ? ElementType::kStream : ElementType::kStorage;
     return Status::ok();
 }
 
@@ -44,62 +69,80 @@ std::string quoted(std::u16string_view name) {
     return text;
 }
 
-Status nameRefused(std::u16string_view name) {
-    return Status::invalidArgument(
-        quoted(name).append(" cannot name an element (1 to 31 characters, none of / \\ : !)"));
-}
-
 Status noSuch(const char* what, std::u16string_view name) {
     return Status::notFound(
         std::string("there is no ").append(what).append(" ").append(quoted(name)));
 }
 
-// Adds a new element under `storage`, dropping one of the same name.
-Status addElement(FileImpl& file, std::uint32_t storage, std::u16string_view name,
-                  std::uint8_t type, std::uint32_t* out) {
-    if (!file.writable) return Status::invalidArgument("the file is open for reading only");
-    if (file.closed) return Status::invalidArgument("the file is closed");
-    if (!compound::validName(name)) return nameRefused(name);
-    std::u16string key = compound::nameKey(name);
-    auto index = static_cast<std::uint32_t>(file.nodes.size());
-    compound::Node& parent = file.nodes[storage];
-    auto it = parent.byKey.find(key);
-    if (it != parent.byKey.end()) {
-        std::uint32_t old = it->second;
-        file.nodes[old].dropped = true;
-        std::erase(parent.children, old);
-        parent.byKey.erase(it);
-    }
-    parent.children.push_back(index);
-    parent.byKey.emplace(std::move(key), index);
-    compound::Node node;
-    node.name = std::u16string(name);
-    node.type = type;
-    node.listed = true;
-    file.nodes.push_back(std::move(node));
-    *out = index;
-    return Status::ok();
-}
+// A window of a read stream: large streams are read this much at a time.
+constexpr std::size_t kWindow = std::size_t{1} << 16;
 
 }  // namespace
 
 bool CompoundEnum::next(ElementInfo* out) {
     if (!file_ || at_ >= elements_.size()) return false;
-    const compound::Node& node = file_->nodes[elements_[at_++]];
-    out->name = node.name;
-    out->type = node.type == compound::kTypeStream ? ElementType::kStream : ElementType::kStorage;
-    out->size = file_->writable ? node.data.size() : node.size;
-    return true;
+    return file_->describe(elements_[at_++], out).isOk();
+}
+
+Status CompoundEnum::openStream(CompoundStream* out) {
+    out->release();
+    if (!file_ || at_ == 0) return Status::invalidArgument("no element was handed out");
+    if (file_->writable) return Status::invalidArgument("a written stream cannot be read back");
+    std::uint32_t node = elements_[at_ - 1];
+    // Where names repeat, the name decides which one opens, as it does for
+    // openStream() by name.
+    if (!file_->listings[storage_].ordered || file_->typeOf(node) != compound::kTypeStream) {
+        ElementInfo info;
+        Status s = file_->describe(node, &info);
+        if (!s.isOk()) return s;
+        CompoundStorage storage;
+        storage.file_ = file_;
+        storage.node_ = storage_;
+        return storage.openStream(info.name, out);
+    }
+    return out->openRead(file_, node);
+}
+
+Status CompoundStream::openRead(const std::shared_ptr<FileImpl>& file, std::uint32_t node) {
+    compound::DirEntry e;
+    Status s = file->entry(node, &e);
+    if (s.isOk()) s = file->streamChain(node, e, &chain_);
+    if (!s.isOk()) return s;
+    file_ = file;
+    node_ = node;
+    writable_ = false;
+    mini_ = e.size < compound::kMiniStreamCutoff;
+    size_ = e.size;
+    position_ = 0;
+    windowAt_ = 0;
+    window_.clear();
+    return Status::ok();
+}
+
+Status CompoundStream::fill() {
+    windowAt_ = position_;
+    std::size_t n = static_cast<std::size_t>(std::min<std::uint64_t>(kWindow, size_ - position_));
+    window_.resize(n);
+    return file_->readStream(chain_, mini_, position_, window_.data(), n);
 }
 
 Status CompoundStream::read(void* buffer, std::size_t size, std::size_t* got) {
     *got = 0;
     if (!file_) return Status::invalidArgument("the stream is not open");
     if (writable_) return Status::invalidArgument("the stream is open for writing");
-    std::size_t n = std::min(size, bytes_.size() - position_);
-    if (n > 0) std::memcpy(buffer, bytes_.data() + position_, n);
-    position_ += n;
-    *got = n;
+    auto* to = static_cast<std::uint8_t*>(buffer);
+    std::size_t want = static_cast<std::size_t>(std::min<std::uint64_t>(size, size_ - position_));
+    while (*got < want) {
+        if (position_ < windowAt_ || position_ >= windowAt_ + window_.size()) {
+            Status s = fill();
+            if (!s.isOk()) return s;
+        }
+        std::size_t at = static_cast<std::size_t>(position_ - windowAt_);
+        std::size_t n = std::min(want - *got, window_.size() - at);
+        std::memcpy(to + *got, window_.data() + at, n);
+        *got += n;
+        position_ += n;
+    }
     return Status::ok();
 }
 
@@ -108,8 +151,10 @@ Status CompoundStream::readExact(void* buffer, std::size_t size) {
     Status s = read(buffer, size, &got);
     if (!s.isOk()) return s;
     if (got != size) {
+        ElementInfo info;
+        file_->describe(node_, &info);
         return Status::corruption(std::string("stream ")
-                                      .append(quoted(file_->nodes[node_].name))
+                                      .append(quoted(info.name))
                                       .append(" ends ")
                                       .append(std::to_string(size - got))
                                       .append(" bytes too soon"));
@@ -121,36 +166,33 @@ Status CompoundStream::write(const void* data, std::size_t size) {
     if (!file_) return Status::invalidArgument("the stream is not open");
     if (!writable_) return Status::invalidArgument("the stream is open for reading only");
     if (file_->closed) return Status::invalidArgument("the file is closed");
-    std::vector<std::uint8_t>& bytes = file_->nodes[node_].data;
-    if (bytes.size() + size >= 0x80000000u) {
-        return Status::invalidArgument("a stream cannot grow past 2 GB");
-    }
-    const auto* p = static_cast<const std::uint8_t*>(data);
-    bytes.insert(bytes.end(), p, p + size);
-    return Status::ok();
+    return file_->append(node_, data, size);
 }
 
 std::uint64_t CompoundStream::size() const {
     if (!file_) return 0;
-    return writable_ ? file_->nodes[node_].data.size() : bytes_.size();
+    return writable_ ? file_->written[node_].size : size_;
 }
 
 std::uint64_t CompoundStream::remaining() const {
-    return writable_ || !file_ ? 0 : bytes_.size() - position_;
+    return writable_ || !file_ ? 0 : size_ - position_;
 }
 
 void CompoundStream::release() {
     file_.reset();
-    bytes_.clear();
-    bytes_.shrink_to_fit();
     position_ = 0;
+    size_ = 0;
+    windowAt_ = 0;
+    window_.clear();
+    // A large window is not kept for the next stream.
+    if (window_.capacity() > compound::kMiniStreamCutoff) std::vector<std::uint8_t>().swap(window_);
 }
 
 Status CompoundStorage::createStream(std::u16string_view name, CompoundStream* out) {
     out->release();
     if (!file_) return Status::invalidArgument("the storage is not open");
     std::uint32_t index = 0;
-    Status s = addElement(*file_, node_, name, compound::kTypeStream, &index);
+    Status s = file_->addElement(node_, name, compound::kTypeStream, &index);
     if (!s.isOk()) return s;
     out->file_ = file_;
     out->node_ = index;
@@ -164,23 +206,18 @@ Status CompoundStorage::openStream(std::u16string_view name, CompoundStream* out
     std::uint32_t index = kNoStream;
     Status s = file_->find(node_, name, &index);
     if (!s.isOk()) return s;
-    if (index == kNoStream || file_->nodes[index].type != compound::kTypeStream) {
+    if (index == kNoStream || file_->typeOf(index) != compound::kTypeStream) {
         return noSuch("stream", name);
     }
     if (file_->writable) return Status::invalidArgument("a written stream cannot be read back");
-    s = file_->readStream(index, &out->bytes_);
-    if (!s.isOk()) return s;
-    out->file_ = file_;
-    out->node_ = index;
-    out->writable_ = false;
-    return Status::ok();
+    return out->openRead(file_, index);
 }
 
 Status CompoundStorage::createStorage(std::u16string_view name, CompoundStorage* out) {
     out->release();
     if (!file_) return Status::invalidArgument("the storage is not open");
     std::uint32_t index = 0;
-    Status s = addElement(*file_, node_, name, compound::kTypeStorage, &index);
+    Status s = file_->addElement(node_, name, compound::kTypeStorage, &index);
     if (!s.isOk()) return s;
     out->file_ = file_;
     out->node_ = index;
@@ -193,7 +230,7 @@ Status CompoundStorage::openStorage(std::u16string_view name, CompoundStorage* o
     std::uint32_t index = kNoStream;
     Status s = file_->find(node_, name, &index);
     if (!s.isOk()) return s;
-    if (index == kNoStream || file_->nodes[index].type != compound::kTypeStorage) {
+    if (index == kNoStream || file_->typeOf(index) != compound::kTypeStorage) {
         return noSuch("storage", name);
     }
     out->file_ = file_;
@@ -204,18 +241,10 @@ Status CompoundStorage::openStorage(std::u16string_view name, CompoundStorage* o
 Status CompoundStorage::enumElements(CompoundEnum* out) {
     *out = CompoundEnum();
     if (!file_) return Status::invalidArgument("the storage is not open");
-    if (!file_->writable) {
-        Status s = file_->listChildren(node_);
-        if (!s.isOk()) return s;
-        out->elements_ = file_->nodes[node_].children;
-    } else {
-        out->elements_ = file_->nodes[node_].children;
-        std::sort(out->elements_.begin(), out->elements_.end(),
-                  [&](std::uint32_t a, std::uint32_t b) {
-                      return compound::compareNames(file_->nodes[a].name, file_->nodes[b].name) < 0;
-                  });
-    }
+    Status s = file_->children(node_, &out->elements_);
+    if (!s.isOk()) return s;
     out->file_ = file_;
+    out->storage_ = node_;
     return Status::ok();
 }
 
@@ -233,10 +262,12 @@ Status CompoundFile::create(const std::string& path, std::unique_ptr<CompoundFil
     impl->out = std::make_unique<FileWriter>(path);
     Status opened = impl->out->open();
     if (!opened.isOk()) return opened;
-    compound::Node root;
-    root.type = compound::kTypeRoot;
-    root.listed = true;
-    impl->nodes.push_back(std::move(root));
+    impl->spool = std::make_unique<FileWriter>(path);
+    opened = impl->spool->openScratch();
+    if (!opened.isOk()) return opened;
+    impl->written.emplace_back();
+    impl->writtenType.push_back(compound::kTypeRoot);
+    impl->storages.emplace_back();
     out->reset(new CompoundFile(std::move(impl)));
     return Status::ok();
 }
@@ -279,8 +310,9 @@ Status CompoundFile::close() {
         // goes in place.
         if (s.isOk()) s = impl_->out->commit();
         impl_->out.reset();
-        // The bytes are on disk: let go of them even while handles remain.
-        for (compound::Node& node : impl_->nodes) std::vector<std::uint8_t>().swap(node.data);
+        // The spool goes with its bytes, even while handles remain.
+        impl_->spool.reset();
+        impl_->storages.clear();
     }
     impl_->closed = true;
     return s;

@@ -4,9 +4,10 @@
 // file, as backups and archives use them. The byte layout is in
 // docs/formats/compound.md.
 //
-// A created file is built in memory and written out when it is closed; an
-// opened file is only read, and every size and link in it is checked before
-// it is trusted.
+// A created file spools what it is given to the disk and is laid out when it
+// is closed; an opened file is only read, piece by piece as it is asked for,
+// and every size and link in it is checked before it is trusted. Neither
+// holds the file's contents in memory.
 
 #include <cstdint>
 #include <memory>
@@ -30,22 +31,28 @@ struct ElementInfo {
     std::uint64_t size = 0;  // streams only
 };
 
+class CompoundStream;
+
 // The elements of one storage, handed out one at a time in the container's
 // name order (the order of its sibling tree).
 class CompoundEnum {
   public:
     // Fills `out` and answers true, or answers false when none are left.
     bool next(ElementInfo* out);
+    // Opens the stream last handed out by next(), as openStream() of its
+    // name would, without looking the name up.
+    Status openStream(CompoundStream* out);
 
   private:
     friend class CompoundStorage;
     std::shared_ptr<compound::FileImpl> file_;
+    std::uint32_t storage_ = 0;
     std::vector<std::uint32_t> elements_;
     std::size_t at_ = 0;
 };
 
-// One stream, open for reading (its bytes are read when it is opened) or for
-// writing (its bytes are appended).
+// One stream, open for reading (its bytes are read from the file as they are
+// asked for, a window at a time) or for writing (its bytes are appended).
 class CompoundStream {
   public:
     CompoundStream() = default;
@@ -66,11 +73,21 @@ class CompoundStream {
 
   private:
     friend class CompoundStorage;
+    friend class CompoundEnum;
+    Status openRead(const std::shared_ptr<compound::FileImpl>& file, std::uint32_t node);
+    Status fill();
+
     std::shared_ptr<compound::FileImpl> file_;
     std::uint32_t node_ = 0;
     bool writable_ = false;
-    std::vector<std::uint8_t> bytes_;  // read side
-    std::size_t position_ = 0;
+    // Read side: the stream's sectors (or mini sectors), and a window of its
+    // bytes starting at `windowAt`; the buffers are kept for the next open.
+    std::vector<std::uint32_t> chain_;
+    bool mini_ = false;
+    std::uint64_t size_ = 0;
+    std::uint64_t position_ = 0;
+    std::uint64_t windowAt_ = 0;
+    std::vector<std::uint8_t> window_;
 };
 
 // One storage of an open file. A handle: copies name the same storage.
@@ -87,6 +104,7 @@ class CompoundStorage {
 
   private:
     friend class CompoundFile;
+    friend class CompoundEnum;
     std::shared_ptr<compound::FileImpl> file_;
     std::uint32_t node_ = 0;
 };

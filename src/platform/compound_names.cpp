@@ -47,34 +47,48 @@ bool validName(std::u16string_view name) {
 
 namespace {
 
-// Builds the subtree of [begin, end) at `depth`; answers its root.
-std::size_t build(std::size_t begin, std::size_t end, int depth, std::vector<SiblingLinks>& links,
-                  std::vector<int>& depths) {
-    if (begin >= end) return kNoSibling;
-    std::size_t middle = begin + (end - begin) / 2;
-    depths[middle] = depth;
-    links[middle].left = build(begin, middle, depth + 1, links, depths);
-    links[middle].right = build(middle + 1, end, depth + 1, links, depths);
-    return middle;
+std::size_t middleOf(std::size_t begin, std::size_t end) {
+    return begin < end ? begin + (end - begin) / 2 : kNoSibling;
 }
 
 }  // namespace
 
-std::size_t balancedSiblingTree(std::size_t count, std::vector<SiblingLinks>* links) {
-    links->assign(count, SiblingLinks{});
-    if (count == 0) return kNoSibling;
-    std::vector<int> depths(count, 0);
-    std::size_t root = build(0, count, 0, *links, depths);
-    // Every null link lies on the last level or the one before it, so
-    // colouring only an incomplete last level red gives every path the same
-    // number of black nodes.
-    int deepest = 0;
-    for (int d : depths) deepest = d > deepest ? d : deepest;
-    std::size_t full = (std::size_t{1} << (deepest + 1)) - 1;
-    if (count != full) {
-        for (std::size_t i = 0; i < count; ++i) (*links)[i].red = depths[i] == deepest;
+std::size_t siblingTreeRoot(std::size_t count) {
+    return middleOf(0, count);
+}
+
+SiblingLinks siblingLinksOf(std::size_t count, std::size_t index) {
+    SiblingLinks links;
+    std::size_t begin = 0;
+    std::size_t end = count;
+    int depth = 0;
+    for (std::size_t middle = middleOf(begin, end); middle != index;
+         middle = middleOf(begin, end)) {
+        if (index < middle) {
+            end = middle;
+        } else {
+            begin = middle + 1;
+        }
+        ++depth;
     }
-    return root;
+    const std::size_t middle = middleOf(begin, end);
+    links.left = middleOf(begin, middle);
+    links.right = middleOf(middle + 1, end);
+    // Each node takes the middle, so the left half is never the smaller and
+    // the tree is floor(log2(count)) deep. Every null link lies on the last
+    // level or the one before it, so colouring only an incomplete last level
+    // red gives every path the same number of black nodes.
+    int deepest = 0;
+    while ((count >> (deepest + 1)) != 0) ++deepest;
+    const std::size_t full = (std::size_t{1} << (deepest + 1)) - 1;
+    links.red = count != full && depth == deepest;
+    return links;
+}
+
+std::size_t balancedSiblingTree(std::size_t count, std::vector<SiblingLinks>* links) {
+    links->clear();
+    for (std::size_t i = 0; i < count; ++i) links->push_back(siblingLinksOf(count, i));
+    return siblingTreeRoot(count);
 }
 
 }  // namespace qb::compound

@@ -37,5 +37,9 @@ struct SiblingLinks {
 // last level's nodes are red. Fills `links` (indexed like the siblings) and
 // answers the root, or kNoSibling when there are none.
 std::size_t balancedSiblingTree(std::size_t count, std::vector<SiblingLinks>* links);
+// The same tree one node at a time, without a table: the root, and the links
+// of sibling `index` (in O(log count)).
+std::size_t siblingTreeRoot(std::size_t count);
+SiblingLinks siblingLinksOf(std::size_t count, std::size_t index);
 
 }  // namespace qb::compound

@@ -49,10 +49,12 @@ std::string sectorWord(std::uint32_t s) {
     }
 }
 
-// Follows a chain through `table` whose links must stay below `limit`:
-// exactly `needed` links ending in ENDOFCHAIN, or with kUntilEnd up to
-// ENDOFCHAIN and no longer than `limit` (a longer one must loop).
-Status follow(const std::vector<std::uint32_t>& table, std::uint32_t limit, std::uint32_t start,
+// Follows a chain through a table of `tableSize` links, `next` answering
+// one, whose links must stay below `limit`: exactly `needed` links ending in
+// ENDOFCHAIN, or with kUntilEnd up to ENDOFCHAIN and no longer than `limit`
+// (a longer one must loop).
+template <typename Next>
+Status follow(Next next, std::uint64_t tableSize, std::uint32_t limit, std::uint32_t start,
               std::uint64_t needed, const std::string& what, const char* unit,
               std::vector<std::uint32_t>* out) {
     out->clear();
@@ -65,13 +67,14 @@ Status follow(const std::vector<std::uint32_t>& table, std::uint32_t limit, std:
                                                    what.c_str(), out->size(), unit,
                                                    static_cast<unsigned long long>(needed)));
         }
-        if (s >= limit || s >= table.size()) {
+        if (s >= limit || s >= tableSize) {
             return Status::corruption(stringPrintf("%s reaches %s %s, outside the %u there are",
                                                    what.c_str(), unit, sectorWord(s).c_str(),
                                                    limit));
         }
         out->push_back(s);
-        s = table[s];
+        Status read = next(s, &s);
+        if (!read.isOk()) return read;
     }
     if (s == kEndOfChain) return Status::ok();
     if (needed == kUntilEnd) {
@@ -82,6 +85,19 @@ Status follow(const std::vector<std::uint32_t>& table, std::uint32_t limit, std:
                                            unit));
 }
 
+Status follow(const std::vector<std::uint32_t>& table, std::uint32_t limit, std::uint32_t start,
+              std::uint64_t needed, const std::string& what, const char* unit,
+              std::vector<std::uint32_t>* out) {
+    auto next = [&table](std::uint32_t at, std::uint32_t* link) {
+        *link = table[at];
+        return Status::ok();
+    };
+    return follow(next, table.size(), limit, start, needed, what, unit, out);
+}
+
+// The file, read through a few cached blocks: directory entries, table
+// sectors and small streams are read a few bytes at a time, mostly in file
+// order, from two or three places at once.
 class FileSource : public ByteSource {
   public:
     FileSource(int fd, std::uint64_t size) : fd_(fd), size_(size) {}
@@ -89,9 +105,43 @@ class FileSource : public ByteSource {
     std::uint64_t size() const override { return size_; }
     Status read(std::uint64_t offset, void* buffer, std::size_t size) override {
         auto* p = static_cast<std::uint8_t*>(buffer);
-        std::memset(p, 0, size);
-        if (offset >= size_) return Status::ok();
-        std::size_t want = static_cast<std::size_t>(std::min<std::uint64_t>(size, size_ - offset));
+        if (size >= kBlock) return readDirect(offset, p, size);
+        while (size > 0) {
+            const std::uint64_t number = offset / kBlock;
+            Block& block = blocks_[number % kBlocks];
+            if (block.number != number) {
+                Status s = readDirect(number * kBlock, block.bytes.data(), kBlock);
+                if (!s.isOk()) {
+                    block.number = kNone;
+                    return s;
+                }
+                block.number = number;
+            }
+            const auto at = static_cast<std::size_t>(offset % kBlock);
+            const std::size_t n = std::min(size, kBlock - at);
+            std::memcpy(p, block.bytes.data() + at, n);
+            p += n;
+            offset += n;
+            size -= n;
+        }
+        return Status::ok();
+    }
+
+  private:
+    static constexpr std::size_t kBlock = std::size_t{1} << 14;
+    static constexpr std::size_t kBlocks = 64;
+    static constexpr std::uint64_t kNone = ~std::uint64_t{0};
+    struct Block {
+        std::uint64_t number = kNone;
+        std::vector<std::uint8_t> bytes = std::vector<std::uint8_t>(kBlock);
+    };
+
+    Status readDirect(std::uint64_t offset, std::uint8_t* p, std::size_t size) {
+        std::size_t want =
+            offset >= size_
+                ? 0
+                : static_cast<std::size_t>(std::min<std::uint64_t>(size, size_ - offset));
+        std::memset(p + want, 0, size - want);
         std::size_t done = 0;
         while (done < want) {
             ssize_t n = ::pread(fd_, p + done, want - done, static_cast<off_t>(offset + done));
@@ -102,9 +152,9 @@ class FileSource : public ByteSource {
         return Status::ok();
     }
 
-  private:
     int fd_;
     std::uint64_t size_;
+    Block blocks_[kBlocks];
 };
 
 class MemorySource : public ByteSource {
@@ -147,29 +197,36 @@ std::unique_ptr<ByteSource> memorySource(std::vector<std::uint8_t> bytes) {
     return std::make_unique<MemorySource>(std::move(bytes));
 }
 
-std::string FileImpl::elementName(std::uint32_t node) const {
+std::string FileImpl::elementName(std::uint32_t node) {
+    DirEntry e;
+    entry(node, &e);
     std::string text(1, '"');
-    text.append(utf16ToUtf8(nodes[node].name));
+    text.append(utf16ToUtf8(e.name));
     text.push_back('"');
     return text;
 }
 
-Status FileImpl::readSectors(const std::vector<std::uint32_t>& sectors, std::uint64_t size,
-                             std::vector<std::uint8_t>* out) {
-    out->assign(static_cast<std::size_t>(size), 0);
-    std::size_t done = 0;
-    // Neighbouring sectors are read in one go.
-    for (std::size_t i = 0; i < sectors.size() && done < size;) {
-        std::size_t j = i + 1;
-        while (j < sectors.size() && sectors[j] == sectors[j - 1] + 1) ++j;
-        std::uint64_t offset = (std::uint64_t{sectors[i]} + 1) * sectorSize;
-        std::size_t n = static_cast<std::size_t>(
-            std::min<std::uint64_t>(std::uint64_t{j - i} * sectorSize, size - done));
-        Status s = source->read(offset, out->data() + done, n);
-        if (!s.isOk()) return s;
-        done += n;
-        i = j;
+Status FileImpl::entry(std::uint32_t index, DirEntry* out) {
+    std::uint8_t e[kDirEntrySize];
+    const std::uint64_t at = std::uint64_t{index} * kDirEntrySize;
+    const std::uint64_t sector = dirSectors[static_cast<std::size_t>(at / sectorSize)];
+    Status s = source->read((sector + 1) * sectorSize + at % sectorSize, e, sizeof e);
+    if (!s.isOk()) return s;
+    out->type = e[0x42];
+    out->name.clear();
+    if (out->type == kTypeUnused) {
+        *out = DirEntry{};
+        return Status::ok();
     }
+    const std::uint16_t nameBytes = get16(e + 0x40);
+    for (std::uint32_t k = 0; k + 2 < nameBytes && k + 2 <= kNameBytes; k += 2) {
+        out->name.push_back(static_cast<char16_t>(get16(e + k)));
+    }
+    out->left = get32(e + 0x44);
+    out->right = get32(e + 0x48);
+    out->child = get32(e + 0x4C);
+    out->start = get32(e + 0x74);
+    out->size = version3 ? get32(e + 0x78) : get64(e + 0x78);
     return Status::ok();
 }
 
@@ -197,6 +254,7 @@ Status FileImpl::load() {
     if (get32(h + 0x38) != kMiniStreamCutoff) {
         return Status::corruption("the mini stream cutoff is not 4096");
     }
+    version3 = major == 3;
     sectorSize = 1u << shift;
     std::uint64_t sectors = fileSize > sectorSize ? unitsFor(fileSize - sectorSize, sectorSize) : 0;
     if (sectors > kMaxRegSect) return Status::corruption("the file is too large");
@@ -245,55 +303,45 @@ Status FileImpl::load() {
         }
     }
 
-    std::vector<std::uint32_t> chainSectors;
     s = follow(fat, sectorCount, get32(h + 0x30), kUntilEnd, "the directory", "sector",
-               &chainSectors);
+               &dirSectors);
     if (!s.isOk()) return s;
-    if (chainSectors.empty()) return Status::corruption("the file has no directory");
-    std::vector<std::uint8_t> dir;
-    s = readSectors(chainSectors, std::uint64_t{chainSectors.size()} * sectorSize, &dir);
-    if (!s.isOk()) return s;
-    std::size_t entries = dir.size() / kDirEntrySize;
-    nodes.assign(entries, Node{});
-    for (std::size_t i = 0; i < entries; ++i) {
-        const std::uint8_t* e = dir.data() + i * kDirEntrySize;
-        Node& n = nodes[i];
-        n.type = e[0x42];
-        if (n.type == kTypeUnused) continue;
-        if (n.type != kTypeStorage && n.type != kTypeStream && n.type != kTypeRoot) {
+    if (dirSectors.empty()) return Status::corruption("the file has no directory");
+    entryCount = static_cast<std::uint32_t>(dirSectors.size() * (sectorSize / kDirEntrySize));
+    // Every entry is checked now; afterwards they are read again as needed.
+    DirEntry root;
+    for (std::uint32_t i = 0; i < entryCount; ++i) {
+        const std::uint64_t at = std::uint64_t{i} * kDirEntrySize;
+        const std::uint64_t sector = dirSectors[static_cast<std::size_t>(at / sectorSize)];
+        std::uint8_t e[kDirEntrySize];
+        s = source->read((sector + 1) * sectorSize + at % sectorSize, e, sizeof e);
+        if (!s.isOk()) return s;
+        std::uint8_t type = e[0x42];
+        if (type == kTypeUnused) continue;
+        if (type != kTypeStorage && type != kTypeStream && type != kTypeRoot) {
             return Status::corruption(
-                stringPrintf("directory entry %zu has the unknown type %u", i, n.type));
+                stringPrintf("directory entry %u has the unknown type %u", i, type));
         }
         std::uint16_t nameBytes = get16(e + 0x40);
         if (nameBytes < 2 || nameBytes > 64 || nameBytes % 2 != 0) {
             return Status::corruption(
-                stringPrintf("directory entry %zu has a name length of %u bytes", i, nameBytes));
+                stringPrintf("directory entry %u has a name length of %u bytes", i, nameBytes));
         }
-        for (std::uint16_t k = 0; k + 2 < nameBytes; k += 2) {
-            n.name.push_back(static_cast<char16_t>(get16(e + k)));
-        }
-        n.left = get32(e + 0x44);
-        n.right = get32(e + 0x48);
-        n.child = get32(e + 0x4C);
-        n.start = get32(e + 0x74);
-        n.size = major == 3 ? get32(e + 0x78) : get64(e + 0x78);
     }
-    if (nodes[0].type != kTypeRoot) {
+    s = entry(0, &root);
+    if (!s.isOk()) return s;
+    if (root.type != kTypeRoot) {
         return Status::corruption("the first directory entry is not the root storage");
     }
-    reached.assign(entries, false);
+    reached.assign(entryCount, false);
     reached[0] = true;
 
     s = follow(fat, sectorCount, get32(h + 0x3C), kUntilEnd, "the mini FAT", "sector",
-               &chainSectors);
+               &miniFatSectors);
     if (!s.isOk()) return s;
-    std::vector<std::uint8_t> table;
-    s = readSectors(chainSectors, std::uint64_t{chainSectors.size()} * sectorSize, &table);
-    if (!s.isOk()) return s;
-    miniFat.resize(table.size() / 4);
-    for (std::size_t i = 0; i < miniFat.size(); ++i) miniFat[i] = get32(table.data() + 4 * i);
+    miniFatEntries = std::uint64_t{miniFatSectors.size()} * perSector;
 
-    miniStreamSize = nodes[0].size;
+    miniStreamSize = root.size;
     std::uint64_t needed = unitsFor(miniStreamSize, sectorSize);
     if (needed > sectorCount) {
         return Status::corruption(
@@ -301,39 +349,34 @@ Status FileImpl::load() {
                          static_cast<unsigned long long>(miniStreamSize), sectorCount));
     }
     if (needed == 0) return Status::ok();
-    return follow(fat, sectorCount, nodes[0].start, needed, "the mini stream", "sector",
+    return follow(fat, sectorCount, root.start, needed, "the mini stream", "sector",
                   &miniStreamSectors);
 }
 
-Status FileImpl::loadMiniStream() {
-    if (miniStreamLoaded) return Status::ok();
-    Status s = readSectors(miniStreamSectors, miniStreamSize, &miniStream);
-    if (!s.isOk()) return s;
-    // A last mini sector cut short by the stream's size reads as zeros.
-    miniStream.resize(static_cast<std::size_t>(unitsFor(miniStreamSize, kMiniSectorSize)) *
-                      kMiniSectorSize);
-    miniStreamLoaded = true;
-    return Status::ok();
-}
-
 Status FileImpl::listChildren(std::uint32_t storage) {
-    Node& parent = nodes[storage];
-    if (parent.listed) return Status::ok();
+    if (listings.count(storage) != 0) return Status::ok();
+    DirEntry parent;
+    Status s = entry(storage, &parent);
+    if (!s.isOk()) return s;
+    Listing listing;
     std::vector<std::uint32_t> stack;
-    std::vector<std::uint32_t> order;
+    std::vector<std::uint32_t>& order = listing.children;
+    DirEntry e;
+    std::u16string previous;
     std::uint32_t at = parent.child;
     while (at != kNoStream || !stack.empty()) {
         while (at != kNoStream) {
-            if (at >= nodes.size()) {
+            if (at >= entryCount) {
                 return Status::corruption(
-                    stringPrintf("the tree of %s links to entry %u, the directory has %zu",
-                                 elementName(storage).c_str(), at, nodes.size()));
+                    stringPrintf("the tree of %s links to entry %u, the directory has %u",
+                                 elementName(storage).c_str(), at, entryCount));
             }
-            std::uint8_t type = nodes[at].type;
-            if (type != kTypeStorage && type != kTypeStream) {
+            s = entry(at, &e);
+            if (!s.isOk()) return s;
+            if (e.type != kTypeStorage && e.type != kTypeStream) {
                 return Status::corruption(stringPrintf(
                     "the tree of %s links to entry %u, which is %s", elementName(storage).c_str(),
-                    at, type == kTypeRoot ? "the root" : "unused"));
+                    at, e.type == kTypeRoot ? "the root" : "unused"));
             }
             if (reached[at]) {
                 return Status::corruption(
@@ -342,44 +385,89 @@ Status FileImpl::listChildren(std::uint32_t storage) {
             }
             reached[at] = true;
             stack.push_back(at);
-            at = nodes[at].left;
+            at = e.left;
         }
         at = stack.back();
         stack.pop_back();
+        s = entry(at, &e);
+        if (!s.isOk()) return s;
+        if (!order.empty() && compareNames(previous, e.name) >= 0) listing.ordered = false;
+        previous.swap(e.name);
         order.push_back(at);
-        at = nodes[at].right;
+        at = e.right;
     }
-    for (std::uint32_t child : order) {
-        parent.byKey.emplace(nameKey(nodes[child].name), child);
-    }
-    parent.children = std::move(order);
-    parent.listed = true;
+    listings.emplace(storage, std::move(listing));
     return Status::ok();
 }
 
-Status FileImpl::readStream(std::uint32_t node, std::vector<std::uint8_t>* out) {
-    const Node& n = nodes[node];
+Status FileImpl::findRead(std::uint32_t storage, std::u16string_view name, std::uint32_t* out) {
+    Status s = listChildren(storage);
+    if (!s.isOk()) return s;
+    Listing& listing = listings[storage];
+    DirEntry e;
+    if (listing.ordered) {
+        // Names are mostly asked for in order: the one after the last found
+        // is tried first.
+        if (listing.cursor < listing.children.size()) {
+            s = entry(listing.children[listing.cursor], &e);
+            if (!s.isOk()) return s;
+            if (compareNames(e.name, name) == 0) {
+                *out = listing.children[listing.cursor++];
+                return Status::ok();
+            }
+        }
+        std::size_t low = 0;
+        std::size_t high = listing.children.size();
+        while (low < high) {
+            std::size_t middle = low + (high - low) / 2;
+            s = entry(listing.children[middle], &e);
+            if (!s.isOk()) return s;
+            int order = compareNames(e.name, name);
+            if (order == 0) {
+                *out = listing.children[middle];
+                listing.cursor = middle + 1;
+                return Status::ok();
+            }
+            if (order < 0) {
+                low = middle + 1;
+            } else {
+                high = middle;
+            }
+        }
+        return Status::ok();
+    }
+    if (!listing.keyed) {
+        for (std::uint32_t child : listing.children) {
+            s = entry(child, &e);
+            if (!s.isOk()) return s;
+            listing.byKey.emplace(nameKey(e.name), child);
+        }
+        listing.keyed = true;
+    }
+    auto it = listing.byKey.find(nameKey(name));
+    if (it != listing.byKey.end()) *out = it->second;
+    return Status::ok();
+}
+
+Status FileImpl::streamChain(std::uint32_t node, const DirEntry& n,
+                             std::vector<std::uint32_t>* out) {
     out->clear();
     if (n.size == 0) return Status::ok();
     std::string what = "the chain of stream " + elementName(node);
-    std::vector<std::uint32_t> sectors;
     if (n.size < kMiniStreamCutoff) {
         std::uint64_t miniSectors =
-            std::min<std::uint64_t>(unitsFor(miniStreamSize, kMiniSectorSize), miniFat.size());
-        Status s = follow(miniFat, static_cast<std::uint32_t>(miniSectors), n.start,
-                          unitsFor(n.size, kMiniSectorSize), what, "mini sector", &sectors);
-        if (!s.isOk()) return s;
-        s = loadMiniStream();
-        if (!s.isOk()) return s;
-        out->resize(static_cast<std::size_t>(n.size));
-        std::size_t done = 0;
-        for (std::uint32_t m : sectors) {
-            std::size_t piece = std::min<std::size_t>(kMiniSectorSize, out->size() - done);
-            std::memcpy(out->data() + done, miniStream.data() + std::size_t{m} * kMiniSectorSize,
-                        piece);
-            done += piece;
-        }
-        return Status::ok();
+            std::min<std::uint64_t>(unitsFor(miniStreamSize, kMiniSectorSize), miniFatEntries);
+        const std::uint32_t perSector = sectorSize / 4;
+        auto next = [&](std::uint32_t at, std::uint32_t* link) {
+            std::uint8_t raw[4];
+            const std::uint64_t sector = miniFatSectors[at / perSector];
+            Status s = source->read((sector + 1) * sectorSize + std::uint64_t{at % perSector} * 4,
+                                    raw, sizeof raw);
+            *link = get32(raw);
+            return s;
+        };
+        return follow(next, miniFatEntries, static_cast<std::uint32_t>(miniSectors), n.start,
+                      unitsFor(n.size, kMiniSectorSize), what, "mini sector", out);
     }
     std::uint64_t needed = unitsFor(n.size, sectorSize);
     if (needed > sectorCount) {
@@ -387,9 +475,46 @@ Status FileImpl::readStream(std::uint32_t node, std::vector<std::uint8_t>* out) 
             "stream %s declares %llu bytes, the file holds %u sectors", elementName(node).c_str(),
             static_cast<unsigned long long>(n.size), sectorCount));
     }
-    Status s = follow(fat, sectorCount, n.start, needed, what, "sector", &sectors);
-    if (!s.isOk()) return s;
-    return readSectors(sectors, n.size, out);
+    return follow(fat, sectorCount, n.start, needed, what, "sector", out);
+}
+
+Status FileImpl::readStream(const std::vector<std::uint32_t>& chain, bool mini,
+                            std::uint64_t offset, std::uint8_t* buffer, std::size_t size) {
+    while (size > 0) {
+        std::uint64_t fileAt = 0;
+        std::size_t n = 0;
+        if (mini) {
+            // A mini sector lies inside one sector of the mini stream; past
+            // the mini stream's size it reads as zeros.
+            const std::uint64_t at =
+                std::uint64_t{chain[offset / kMiniSectorSize]} * kMiniSectorSize +
+                offset % kMiniSectorSize;
+            n = std::min<std::size_t>(size, kMiniSectorSize - offset % kMiniSectorSize);
+            const std::uint64_t valid = at < miniStreamSize ? miniStreamSize - at : 0;
+            if (valid < n) std::memset(buffer + valid, 0, n - valid);
+            if (valid > 0) {
+                fileAt = (std::uint64_t{miniStreamSectors[at / sectorSize]} + 1) * sectorSize +
+                         at % sectorSize;
+                Status s = source->read(
+                    fileAt, buffer, static_cast<std::size_t>(std::min<std::uint64_t>(n, valid)));
+                if (!s.isOk()) return s;
+            }
+        } else {
+            // Neighbouring sectors are read in one go.
+            std::size_t i = static_cast<std::size_t>(offset / sectorSize);
+            std::size_t j = i + 1;
+            while (j < chain.size() && chain[j] == chain[j - 1] + 1) ++j;
+            fileAt = (std::uint64_t{chain[i]} + 1) * sectorSize + offset % sectorSize;
+            n = static_cast<std::size_t>(std::min<std::uint64_t>(
+                size, std::uint64_t{j - i} * sectorSize - offset % sectorSize));
+            Status s = source->read(fileAt, buffer, n);
+            if (!s.isOk()) return s;
+        }
+        buffer += n;
+        offset += n;
+        size -= n;
+    }
+    return Status::ok();
 }
 
 }  // namespace qb::compound

@@ -125,6 +125,41 @@ Status FileWriter::open() {
     return status_;
 }
 
+Status FileWriter::openScratch() {
+    abandon();
+    status_ = Status::ok();
+    used_ = 0;
+    flushed_ = 0;
+    const std::size_t slash = path_.rfind('/');
+    std::string dir = slash == std::string::npos ? "." : path_.substr(0, slash + 1);
+    if (dir.empty()) dir = "/";
+    fd_ = ::open(dir.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+    if (fd_ < 0) {
+        // A file system without unnamed files: a named one, removed at once.
+        const std::string name = temporaryName(path_);
+        fd_ = ::open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOCTTY, 0600);
+        if (fd_ < 0) return fail("cannot create", errno);
+        ::unlink(name.c_str());
+    }
+    if (buffer_ == nullptr) buffer_ = new char[capacity_];
+    return status_;
+}
+
+Status FileWriter::readAt(std::uint64_t offset, void* bytes, std::size_t count) {
+    if (!status_.isOk()) return status_;
+    if (fd_ < 0 || offset + count > size()) return fail("cannot read", EINVAL);
+    if (offset + count > flushed_ && !flush().isOk()) return status_;
+    auto* to = static_cast<char*>(bytes);
+    std::size_t done = 0;
+    while (done < count) {
+        const ssize_t n = ::pread(fd_, to + done, count - done, static_cast<off_t>(offset + done));
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) return fail("cannot read", n < 0 ? errno : EIO);
+        done += static_cast<std::size_t>(n);
+    }
+    return status_;
+}
+
 Status FileWriter::flush() {
     if (!status_.isOk()) return status_;
     const char* at = buffer_;

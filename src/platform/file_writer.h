@@ -31,6 +31,11 @@ class FileWriter {
 
     // Creates the temporary file. The message names the target.
     Status open();
+    // Instead of open(): a scratch file beside the target that never gets a
+    // name (nothing is left behind whatever happens) and that can be read
+    // back; commit() does not apply. Its writes count and fail like any
+    // other, and its messages name the target too.
+    Status openScratch();
     bool isOpen() const { return fd_ >= 0; }
 
     // Appends bytes. After the first failure every call answers that
@@ -41,6 +46,9 @@ class FileWriter {
     Status truncate(std::uint64_t size);
     // Overwrites bytes already written, at `offset`.
     Status writeAt(std::uint64_t offset, const void* bytes, std::size_t count);
+
+    // Reads back bytes already written (buffered ones included).
+    Status readAt(std::uint64_t offset, void* bytes, std::size_t count);
 
     // Writes what is buffered, closes the file and puts it in place.
     Status commit();
