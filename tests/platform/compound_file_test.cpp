@@ -159,6 +159,97 @@ TEST(CompoundFileTest, CreatingAnExistingNameReplacesTheElement) {
     EXPECT_EQ(std::count(listing.begin(), listing.end(), '\n'), 1);
 }
 
+// The layout depends on the tree alone: creating the elements in any order,
+// writing a stream in pieces between other elements, or replacing one gives
+// the bytes of the plain run.
+TEST(CompoundFileTest, CreationOrderAndInterleavedWritesLeaveTheBytesAlone) {
+    const Bytes big = pattern(9000, 3);
+    auto inOrder = [&](CompoundStorage& root) {
+        CompoundStorage records;
+        ASSERT_TRUE(root.createStorage(u"Records", &records).isOk());
+        for (int i = 0; i < 40; ++i) addStream(records, numbered(u"Record", i), pattern(70, 1));
+        addStream(root, u"Big", big);
+        addStream(root, u"DataVersion", pattern(8, 2));
+    };
+    const Bytes plain = written(inOrder);
+    struct Case {
+        const char* what;
+        std::function<void(CompoundStorage&)> build;
+    } cases[] = {
+        {"children backwards",
+         [&](CompoundStorage& root) {
+             addStream(root, u"DataVersion", pattern(8, 2));
+             addStream(root, u"Big", big);
+             CompoundStorage records;
+             ASSERT_TRUE(root.createStorage(u"Records", &records).isOk());
+             for (int i = 39; i >= 0; --i) {
+                 addStream(records, numbered(u"Record", i), pattern(70, 1));
+             }
+         }},
+        {"streams written in pieces, in turns",
+         [&](CompoundStorage& root) {
+             CompoundStream bigStream;
+             CompoundStream version;
+             ASSERT_TRUE(root.createStream(u"Big", &bigStream).isOk());
+             ASSERT_TRUE(root.createStream(u"DataVersion", &version).isOk());
+             CompoundStorage records;
+             ASSERT_TRUE(root.createStorage(u"Records", &records).isOk());
+             for (int i = 0; i < 40; ++i) {
+                 addStream(records, numbered(u"Record", i), pattern(70, 1));
+                 const std::size_t piece = big.size() / 40;
+                 const std::size_t end = i == 39 ? big.size() : piece * (i + 1);
+                 ASSERT_TRUE(bigStream.write(big.data() + piece * i, end - piece * i).isOk());
+                 if (i < 8) ASSERT_TRUE(version.write(pattern(8, 2).data() + i, 1).isOk());
+             }
+         }},
+        {"replaced elements",
+         [&](CompoundStorage& root) {
+             addStream(root, u"Big", pattern(5000, 9));
+             addStream(root, u"RECORDS", pattern(10, 9));
+             inOrder(root);
+         }},
+    };
+    for (const Case& c : cases) EXPECT_EQ(written(c.build), plain) << c.what;
+}
+
+// Elements are found by name in any order, and through their enumeration.
+TEST(CompoundFileTest, EveryElementOfALargeStorageIsFoundByName) {
+    Bytes file = written([](CompoundStorage& root) {
+        CompoundStorage records;
+        ASSERT_TRUE(root.createStorage(u"Records", &records).isOk());
+        for (int i = 0; i < 3000; ++i) {
+            addStream(records, numbered(u"Record", i), pattern(20, static_cast<std::uint8_t>(i)));
+        }
+    });
+    std::unique_ptr<CompoundFile> reader;
+    ASSERT_TRUE(CompoundFile::openBytes(file, &reader).isOk());
+    CompoundStorage root = reader->root();
+    CompoundStorage records;
+    ASSERT_TRUE(root.openStorage(u"RECORDS", &records).isOk());
+    std::vector<int> numbers(3000);
+    for (int i = 0; i < 3000; ++i) numbers[i] = i;
+    std::shuffle(numbers.begin(), numbers.end(), std::mt19937(5));
+    Bytes data(20);
+    CompoundStream stream;
+    for (int i : numbers) {
+        ASSERT_TRUE(records.openStream(numbered(u"record", i), &stream).isOk()) << i;
+        ASSERT_TRUE(stream.readExact(data.data(), data.size()).isOk());
+        ASSERT_EQ(data, pattern(20, static_cast<std::uint8_t>(i))) << i;
+    }
+    EXPECT_EQ(records.openStream(u"Record3000", &stream).code(), Status::Code::kNotFound);
+    EXPECT_EQ(records.openStream(u"Record", &stream).code(), Status::Code::kNotFound);
+
+    CompoundEnum elements;
+    ASSERT_TRUE(records.enumElements(&elements).isOk());
+    ElementInfo element;
+    for (int i = 0; elements.next(&element); ++i) {
+        ASSERT_EQ(element.name, numbered(u"Record", i));
+        ASSERT_TRUE(elements.openStream(&stream).isOk());
+        ASSERT_TRUE(stream.readExact(data.data(), data.size()).isOk());
+        ASSERT_EQ(data, pattern(20, static_cast<std::uint8_t>(i))) << i;
+    }
+}
+
 TEST(CompoundFileTest, RefusesNamesTheContainerCannotHold) {
     testing::TempDir dir;
     std::unique_ptr<CompoundFile> file;

@@ -80,6 +80,33 @@ TEST(FileWriter, CutsAndPatchesWhatWasWritten) {
     EXPECT_EQ(readFile(path), "1x");
 }
 
+TEST(FileWriter, AScratchFileReadsBackAndLeavesNothingBehind) {
+    FaultGuard guard;
+    TempDir dir;
+    const std::string path = dir.file("target.qrb");
+    {
+        FileWriter scratch(path, 4);
+        ASSERT_TRUE(scratch.openScratch().isOk());
+        scratch.write("abcdefghij");  // "abcdefgh" reached the file, "ij" is buffered
+        char back[7] = {};
+        ASSERT_TRUE(scratch.readAt(5, back, 5).isOk());
+        EXPECT_STREQ(back, "fghij");
+        scratch.write("k");
+        ASSERT_TRUE(scratch.readAt(10, back, 1).isOk());
+        EXPECT_EQ(back[0], 'k');
+        EXPECT_FALSE(scratch.readAt(8, back, 4).isOk()) << "past what was written";
+        EXPECT_TRUE(namesIn(dir.path()).empty());
+    }
+    EXPECT_TRUE(namesIn(dir.path()).empty());
+
+    // Its writes count like any other and the failure names the target.
+    FileWriter scratch(path, 2);
+    ASSERT_TRUE(scratch.openScratch().isOk());
+    setWriteFault(2, ENOSPC);
+    scratch.write("abcdef");
+    EXPECT_EQ(scratch.status().message(), "cannot write " + path + ": " + std::strerror(ENOSPC));
+}
+
 TEST(FileWriter, FailuresNameTheFile) {
     TempDir dir;
     FileWriter missing(dir.file("no/such/dir.txt"));
