@@ -108,7 +108,8 @@ EntryEditor::EntryEditor(AppState& state, const TimeEntry& entry, QWidget* paren
     showWhatSaves();
     opened_ = form();
     p_->client->setFocus();
-    resize(fontMetrics().averageCharWidth() * 62, fontMetrics().height() * 26);
+    // Wide enough for the Duration row with its note and for the Total's reasons.
+    resize(fontMetrics().averageCharWidth() * 80, fontMetrics().height() * 26);
 }
 
 EntryEditor::~EntryEditor() = default;
@@ -493,6 +494,7 @@ void EntryEditor::showWhatSaves() {
     const FormPreview total = totalPreview(f, state_.settings(), entry_);
     p.total->setText(toQt(total.text));
     p.total->setPlaceholderText(toQt(std::u16string(total.message)));
+    p.total->setToolTip(p.total->placeholderText());
 }
 
 void EntryEditor::setTimes() {

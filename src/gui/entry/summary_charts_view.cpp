@@ -92,8 +92,11 @@ QValueAxis* valueAxis(double max, const QString& title) {
     return axis;
 }
 
-// Hours as bars, the largest first (on top when the bars lie down).
-void showHours(QChart* chart, const std::vector<ChartBar>& bars, bool lying, bool labels) {
+// Hours as bars, the largest first (on top when the bars lie down). The
+// bar of the rest, when the last is one, is drawn apart (as selected) so
+// that it does not read as one more name.
+void showHours(QChart* chart, const std::vector<ChartBar>& bars, bool lying, bool labels,
+               bool restLast = false) {
     clearChart(chart);
     QStringList names = categoryNames(bars);
     auto* set = new QBarSet(QStringLiteral("Hours"));
@@ -115,6 +118,7 @@ void showHours(QChart* chart, const std::vector<ChartBar>& bars, bool lying, boo
         series = new QBarSeries;
     }
     series->append(set);
+    if (restLast && set->count() > 0) set->selectBar(lying ? 0 : set->count() - 1);
     series->setLabelsVisible(labels);
     series->setLabelsPosition(QAbstractBarSeries::LabelsOutsideEnd);
     series->setLabelsFormat(QStringLiteral("@value"));
@@ -224,8 +228,10 @@ QChart* SummaryChartsView::chart(const char* name) const {
 }
 
 void SummaryChartsView::showCharts(const SummaryCharts& charts) {
-    showHours(chart("projects"), topBars(charts.projects, kMaxBars), true, true);
-    showHours(chart("clients"), topBars(charts.clients, kMaxBars), true, true);
+    showHours(chart("projects"), topBars(charts.projects, kMaxBars), true, true,
+              charts.projects.size() > kMaxBars);
+    showHours(chart("clients"), topBars(charts.clients, kMaxBars), true, true,
+              charts.clients.size() > kMaxBars);
     showHours(chart("days"), charts.days, false, charts.days.size() <= kLabelledDays);
     showBillable(chart("billable"), charts);
     showAmounts(chart("amounts"), charts);
@@ -248,6 +254,20 @@ void SummaryChartsView::applyTheme() {
         c->setBackgroundRoundness(0);
         c->setBackgroundBrush(palette().base());
         c->setTitleBrush(palette().text());
+        // The themes draw value labels for inside the bars; ours stand
+        // beside them, on the window's own base.
+        for (QAbstractSeries* series : c->series()) {
+            if (auto* bars = qobject_cast<QAbstractBarSeries*>(series)) {
+                for (QBarSet* set : bars->barSets()) {
+                    set->setLabelColor(palette().color(QPalette::Text));
+                    set->setSelectedColor(palette().color(QPalette::Disabled, QPalette::Text));
+                }
+            } else if (auto* pie = qobject_cast<QPieSeries*>(series)) {
+                for (QPieSlice* slice : pie->slices()) {
+                    slice->setLabelColor(palette().color(QPalette::Text));
+                }
+            }
+        }
     }
 }
 

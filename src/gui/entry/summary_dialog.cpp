@@ -4,6 +4,7 @@
 #include <QEvent>
 #include <QHeaderView>
 #include <QScreen>
+#include <QScrollBar>
 #include <QSplitter>
 #include <QTableWidget>
 #include <QVBoxLayout>
@@ -23,9 +24,10 @@ constexpr int kColumnShares[3] = {43, 34, 23};
 constexpr Qt::Alignment kColumnAlignment[3] = {Qt::AlignLeft | Qt::AlignVCenter,
                                                Qt::AlignRight | Qt::AlignVCenter,
                                                Qt::AlignRight | Qt::AlignVCenter};
-// The table's width in average characters: the rows' longest captions and
-// numbers, the rest goes to the charts.
-constexpr int kTableChars = 52;
+// The table's least width in average characters; it takes what its rows
+// need up to a share of the window, and the charts the rest.
+constexpr int kTableChars = 36;
+constexpr int kMostTableShare = 45;
 
 }  // namespace
 
@@ -33,7 +35,8 @@ SummaryDialog::SummaryDialog(AppState& state, QWidget* parent)
     : QDialog(parent),
       state_(state),
       table_(new QTableWidget(this)),
-      charts_(new SummaryChartsView(this)) {
+      charts_(new SummaryChartsView(this)),
+      split_(new QSplitter(Qt::Horizontal, this)) {
     setObjectName(QStringLiteral("quickSummary"));
     setWindowTitle(QStringLiteral("Quick Summary"));
     setModal(false);
@@ -51,21 +54,18 @@ SummaryDialog::SummaryDialog(AppState& state, QWidget* parent)
     table_->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     table_->viewport()->installEventFilter(this);
 
-    auto* split = new QSplitter(Qt::Horizontal, this);
-    split->setObjectName(QStringLiteral("summarySplit"));
-    split->setChildrenCollapsible(false);
-    split->addWidget(table_);
-    split->addWidget(charts_);
-    split->setStretchFactor(0, 0);
-    split->setStretchFactor(1, 1);
-    const int tableWidth = fontMetrics().averageCharWidth() * kTableChars;
-    table_->setMinimumWidth(tableWidth * 2 / 3);
-    split->setSizes({tableWidth, tableWidth * 2});
+    split_->setObjectName(QStringLiteral("summarySplit"));
+    split_->setChildrenCollapsible(false);
+    split_->addWidget(table_);
+    split_->addWidget(charts_);
+    split_->setStretchFactor(0, 0);
+    split_->setStretchFactor(1, 1);
+    table_->setMinimumWidth(fontMetrics().averageCharWidth() * kTableChars);
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(split, 1);
+    layout->addWidget(split_, 1);
     layout->addWidget(buttons);
 }
 
@@ -105,6 +105,25 @@ void SummaryDialog::placeBeside(const QWidget& main) {
     if (x + width > room.right()) x = room.right() - width;
     const int y = std::clamp(frame.top(), room.top(), std::max(room.top(), room.bottom() - height));
     move(std::max(room.left(), x), y);
+    const int tableWidth = std::min(widthForRows(), width * kMostTableShare / 100);
+    split_->setSizes({tableWidth, width - tableWidth});
+}
+
+// Each column's longest text within its share of the table.
+int SummaryDialog::widthForRows() const {
+    const QFontMetrics metrics(table_->font());
+    const int padding = 2 * metrics.averageCharWidth();
+    int width = 0;
+    for (int c = 0; c < 3; ++c) {
+        int longest = 0;
+        for (int r = 0; r < table_->rowCount(); ++r) {
+            if (const QTableWidgetItem* cell = table_->item(r, c)) {
+                longest = std::max(longest, metrics.horizontalAdvance(cell->text()));
+            }
+        }
+        width = std::max(width, (longest + padding) * 100 / kColumnShares[c]);
+    }
+    return width + 2 * table_->frameWidth() + table_->verticalScrollBar()->sizeHint().width();
 }
 
 void SummaryDialog::fitColumns() {

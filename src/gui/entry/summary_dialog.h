@@ -10,6 +10,7 @@
 #include "platform/win_types.h"
 #include "views/period_view.h"
 
+class QSplitter;
 class QTableWidget;
 
 namespace qb {
@@ -45,10 +46,12 @@ class SummaryDialog : public QDialog {
 
   private:
     void fitColumns();
+    int widthForRows() const;
 
     AppState& state_;
     QTableWidget* table_;
     SummaryChartsView* charts_;
+    QSplitter* split_;
 };
 
 }  // namespace qb
