@@ -119,10 +119,12 @@ Status FieldReader::countedString(const char* field, std::u16string* out) {
     if (!s.isOk()) return s;
     std::uint64_t bytes = std::uint64_t{units} * 2;
     if (stream_.remaining() < bytes) return shortOf(field, bytes);
-    std::vector<std::uint8_t> raw(static_cast<std::size_t>(bytes));
-    s = stream_.readExact(raw.data(), raw.size());
-    if (!s.isOk()) return s;
+    // Read straight into the string, then put each unit in the host's order:
+    // no buffer per field.
     out->resize(units);
+    s = stream_.readExact(out->data(), static_cast<std::size_t>(bytes));
+    if (!s.isOk()) return s;
+    const auto* raw = reinterpret_cast<const std::uint8_t*>(out->data());
     for (std::uint32_t i = 0; i < units; ++i) {
         (*out)[i] = static_cast<char16_t>(raw[2 * i] | raw[2 * i + 1] << 8);
     }

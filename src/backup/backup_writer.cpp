@@ -78,9 +78,8 @@ bool BackupWriter::writeStream(CompoundStorage& storage, std::u16string_view nam
 
 bool BackupWriter::writeEntry(CompoundStorage& records, std::uint32_t number,
                               const TimeEntry& entry) {
-    std::vector<std::uint8_t> bytes;
-    encodeEntry(entry, &bytes);
-    return writeStream(records, recordName(number), bytes);
+    encodeEntry(entry, &entryBytes_);
+    return writeStream(records, recordName(number), entryBytes_);
 }
 
 bool BackupWriter::writeEntries(CompoundStorage& records) {

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/compound_file.h"
 #include "platform/status.h"
@@ -73,6 +74,7 @@ class BackupWriter {
 
     Status error_;
     std::uint32_t rememberedClient_ = 0;
+    std::vector<std::uint8_t> entryBytes_;  // one entry's bytes, reused for every entry
 };
 
 // What a backup or archive file holds, read before anything is added.

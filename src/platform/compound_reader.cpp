@@ -30,6 +30,10 @@ std::uint64_t get64(const std::uint8_t* p) {
     return std::uint64_t{get32(p)} | std::uint64_t{get32(p + 4)} << 32;
 }
 
+auto named(const char* text) {
+    return [text] { return std::string(text); };
+}
+
 std::uint64_t unitsFor(std::uint64_t size, std::uint64_t unit) {
     return (size + unit - 1) / unit;
 }
@@ -52,11 +56,11 @@ std::string sectorWord(std::uint32_t s) {
 // Follows a chain through a table of `tableSize` links, `next` answering
 // one, whose links must stay below `limit`: exactly `needed` links ending in
 // ENDOFCHAIN, or with kUntilEnd up to ENDOFCHAIN and no longer than `limit`
-// (a longer one must loop).
-template <typename Next>
+// (a longer one must loop). `what` names the chain, worked out only for a
+// message.
+template <typename Next, typename What>
 Status follow(Next next, std::uint64_t tableSize, std::uint32_t limit, std::uint32_t start,
-              std::uint64_t needed, const std::string& what, const char* unit,
-              std::vector<std::uint32_t>* out) {
+              std::uint64_t needed, What what, const char* unit, std::vector<std::uint32_t>* out) {
     out->clear();
     std::uint64_t bound = needed == kUntilEnd ? limit : needed;
     std::uint32_t s = start;
@@ -64,12 +68,12 @@ Status follow(Next next, std::uint64_t tableSize, std::uint32_t limit, std::uint
         if (s == kEndOfChain) {
             if (needed == kUntilEnd) return Status::ok();
             return Status::corruption(stringPrintf("%s ends after %zu %ss, its size needs %llu",
-                                                   what.c_str(), out->size(), unit,
+                                                   what().c_str(), out->size(), unit,
                                                    static_cast<unsigned long long>(needed)));
         }
         if (s >= limit || s >= tableSize) {
             return Status::corruption(stringPrintf("%s reaches %s %s, outside the %u there are",
-                                                   what.c_str(), unit, sectorWord(s).c_str(),
+                                                   what().c_str(), unit, sectorWord(s).c_str(),
                                                    limit));
         }
         out->push_back(s);
@@ -78,16 +82,16 @@ Status follow(Next next, std::uint64_t tableSize, std::uint32_t limit, std::uint
     }
     if (s == kEndOfChain) return Status::ok();
     if (needed == kUntilEnd) {
-        return Status::corruption(what + " loops (a chain longer than the file)");
+        return Status::corruption(what() + " loops (a chain longer than the file)");
     }
     return Status::corruption(stringPrintf("%s does not end after the %llu %ss its size needs",
-                                           what.c_str(), static_cast<unsigned long long>(needed),
+                                           what().c_str(), static_cast<unsigned long long>(needed),
                                            unit));
 }
 
+template <typename What>
 Status follow(const std::vector<std::uint32_t>& table, std::uint32_t limit, std::uint32_t start,
-              std::uint64_t needed, const std::string& what, const char* unit,
-              std::vector<std::uint32_t>* out) {
+              std::uint64_t needed, What what, const char* unit, std::vector<std::uint32_t>* out) {
     auto next = [&table](std::uint32_t at, std::uint32_t* link) {
         *link = table[at];
         return Status::ok();
@@ -303,7 +307,7 @@ Status FileImpl::load() {
         }
     }
 
-    s = follow(fat, sectorCount, get32(h + 0x30), kUntilEnd, "the directory", "sector",
+    s = follow(fat, sectorCount, get32(h + 0x30), kUntilEnd, named("the directory"), "sector",
                &dirSectors);
     if (!s.isOk()) return s;
     if (dirSectors.empty()) return Status::corruption("the file has no directory");
@@ -336,7 +340,7 @@ Status FileImpl::load() {
     reached.assign(entryCount, false);
     reached[0] = true;
 
-    s = follow(fat, sectorCount, get32(h + 0x3C), kUntilEnd, "the mini FAT", "sector",
+    s = follow(fat, sectorCount, get32(h + 0x3C), kUntilEnd, named("the mini FAT"), "sector",
                &miniFatSectors);
     if (!s.isOk()) return s;
     miniFatEntries = std::uint64_t{miniFatSectors.size()} * perSector;
@@ -349,7 +353,7 @@ Status FileImpl::load() {
                          static_cast<unsigned long long>(miniStreamSize), sectorCount));
     }
     if (needed == 0) return Status::ok();
-    return follow(fat, sectorCount, root.start, needed, "the mini stream", "sector",
+    return follow(fat, sectorCount, root.start, needed, named("the mini stream"), "sector",
                   &miniStreamSectors);
 }
 
@@ -453,7 +457,7 @@ Status FileImpl::streamChain(std::uint32_t node, const DirEntry& n,
                              std::vector<std::uint32_t>* out) {
     out->clear();
     if (n.size == 0) return Status::ok();
-    std::string what = "the chain of stream " + elementName(node);
+    auto what = [&] { return "the chain of stream " + elementName(node); };
     if (n.size < kMiniStreamCutoff) {
         std::uint64_t miniSectors =
             std::min<std::uint64_t>(unitsFor(miniStreamSize, kMiniSectorSize), miniFatEntries);
