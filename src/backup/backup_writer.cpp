@@ -1,5 +1,7 @@
 #include "backup/backup_writer.h"
 
+#include <sqlite3.h>
+
 #include "backup/backup_layout.h"
 #include "backup/backup_progress.h"
 #include "platform/data_file.h"
@@ -25,6 +27,33 @@ std::string quoted(std::u16string_view name) {
     text.push_back('"');
     return text;
 }
+
+// The restore adds every entry in one transaction: with SQLite's default
+// cache of 2 MB the indexes outgrow it early and their pages are written out
+// and read back again and again before the commit.
+constexpr int kRestoreCacheKb = 12 * 1024;
+
+class ScopedCacheSize {
+  public:
+    ScopedCacheSize(DataFile& data, int kb) : db_(data.handle()) {
+        sqlite3_stmt* stmt = nullptr;
+        if (sqlite3_prepare_v2(db_, "PRAGMA cache_size", -1, &stmt, nullptr) == SQLITE_OK &&
+            sqlite3_step(stmt) == SQLITE_ROW) {
+            old_ = sqlite3_column_int(stmt, 0);
+        }
+        sqlite3_finalize(stmt);
+        set(-kb);
+    }
+    ~ScopedCacheSize() { set(old_); }
+
+  private:
+    void set(int size) {
+        sqlite3_exec(db_, ("PRAGMA cache_size=" + std::to_string(size)).c_str(), nullptr, nullptr,
+                     nullptr);
+    }
+    sqlite3* db_;
+    int old_ = -2000;
+};
 
 Status within(std::u16string_view name, const Status& s) {
     switch (s.code()) {
@@ -295,6 +324,7 @@ int BackupWriter::restoreFile(const std::string& fileName) {
     dataVersion.release();
 
     DataFile& data = entries_.platform().file();
+    ScopedCacheSize cache(data, kRestoreCacheKb);
     bool batched = data.beginBatch();
     bool ok = true;
     CompoundStorage records;

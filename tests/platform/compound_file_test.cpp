@@ -199,7 +199,9 @@ TEST(CompoundFileTest, CreationOrderAndInterleavedWritesLeaveTheBytesAlone) {
                  const std::size_t piece = big.size() / 40;
                  const std::size_t end = i == 39 ? big.size() : piece * (i + 1);
                  ASSERT_TRUE(bigStream.write(big.data() + piece * i, end - piece * i).isOk());
-                 if (i < 8) ASSERT_TRUE(version.write(pattern(8, 2).data() + i, 1).isOk());
+                 if (i < 8) {
+                     ASSERT_TRUE(version.write(pattern(8, 2).data() + i, 1).isOk());
+                 }
              }
          }},
         {"replaced elements",
