@@ -138,8 +138,14 @@ Status FileWriter::openScratch() {
         // A file system without unnamed files: a named one, removed at once.
         const std::string name = temporaryName(path_);
         fd_ = ::open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOCTTY, 0600);
+        if (fd_ >= 0) ::unlink(name.c_str());
+    }
+    if (fd_ < 0) {
+        // A target in a directory we cannot write to (a device): the
+        // temporary directory holds the scratch file instead.
+        const char* tmp = std::getenv("TMPDIR");
+        fd_ = ::open(tmp && *tmp ? tmp : "/tmp", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
         if (fd_ < 0) return fail("cannot create", errno);
-        ::unlink(name.c_str());
     }
     if (buffer_ == nullptr) buffer_ = new char[capacity_];
     return status_;
