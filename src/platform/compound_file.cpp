@@ -31,8 +31,8 @@ Status FileImpl::children(std::uint32_t storage, std::vector<std::uint32_t>* out
 
 std::uint8_t FileImpl::typeOf(std::uint32_t node) {
     if (writable) return writtenType[node];
-    DirEntry e;
-    return entry(node, &e).isOk() ? e.type : kTypeUnused;
+    std::uint8_t type = kTypeUnused;
+    return entryType(node, &type).isOk() ? type : kTypeUnused;
 }
 
 Status FileImpl::describe(std::uint32_t node, ElementInfo* out) {

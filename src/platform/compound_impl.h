@@ -135,6 +135,8 @@ class FileImpl {
     // Reader (compound_reader.cpp).
     Status load();
     Status entry(std::uint32_t index, DirEntry* out);
+    // Only the type byte of an entry (unused for an entry not in use).
+    Status entryType(std::uint32_t index, std::uint8_t* out);
     Status listChildren(std::uint32_t storage);
     // The sectors (or mini sectors) of a stream, checked against its size.
     Status streamChain(std::uint32_t node, const DirEntry& e, std::vector<std::uint32_t>* out);
@@ -157,6 +159,7 @@ class FileImpl {
     std::uint8_t typeOf(std::uint32_t node);
 
   private:
+    std::uint64_t entryOffset(std::uint32_t index) const;
     std::string elementName(std::uint32_t node);
     Status findRead(std::uint32_t storage, std::u16string_view name, std::uint32_t* out);
     Status findWritten(std::uint32_t storage, std::u16string_view name, std::uint32_t* out);

@@ -210,11 +210,19 @@ std::string FileImpl::elementName(std::uint32_t node) {
     return text;
 }
 
-Status FileImpl::entry(std::uint32_t index, DirEntry* out) {
-    std::uint8_t e[kDirEntrySize];
+std::uint64_t FileImpl::entryOffset(std::uint32_t index) const {
     const std::uint64_t at = std::uint64_t{index} * kDirEntrySize;
     const std::uint64_t sector = dirSectors[static_cast<std::size_t>(at / sectorSize)];
-    Status s = source->read((sector + 1) * sectorSize + at % sectorSize, e, sizeof e);
+    return (sector + 1) * sectorSize + at % sectorSize;
+}
+
+Status FileImpl::entryType(std::uint32_t index, std::uint8_t* out) {
+    return source->read(entryOffset(index) + 0x42, out, 1);
+}
+
+Status FileImpl::entry(std::uint32_t index, DirEntry* out) {
+    std::uint8_t e[kDirEntrySize];
+    Status s = source->read(entryOffset(index), e, sizeof e);
     if (!s.isOk()) return s;
     out->type = e[0x42];
     out->name.clear();
@@ -315,10 +323,8 @@ Status FileImpl::load() {
     // Every entry is checked now; afterwards they are read again as needed.
     DirEntry root;
     for (std::uint32_t i = 0; i < entryCount; ++i) {
-        const std::uint64_t at = std::uint64_t{i} * kDirEntrySize;
-        const std::uint64_t sector = dirSectors[static_cast<std::size_t>(at / sectorSize)];
         std::uint8_t e[kDirEntrySize];
-        s = source->read((sector + 1) * sectorSize + at % sectorSize, e, sizeof e);
+        s = source->read(entryOffset(i), e, sizeof e);
         if (!s.isOk()) return s;
         std::uint8_t type = e[0x42];
         if (type == kTypeUnused) continue;
