@@ -9,6 +9,7 @@ packages=(
     libsqlite3-dev
     libical-dev nlohmann-json3-dev timewarrior
     libgtest-dev libgmock-dev libbenchmark-dev
+    clang libclang-rt-14-dev
     python3 python3-olefile
 )
 
