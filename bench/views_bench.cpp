@@ -9,8 +9,10 @@
 #include "store/time_entry.h"
 #include "views/entry_filter.h"
 #include "views/period_rows.h"
+#include "views/period_totals.h"
 #include "views/period_view.h"
 #include "views/quick_summary.h"
+#include "views/timesheet.h"
 
 namespace qb {
 namespace {
@@ -81,6 +83,37 @@ void BM_QuickSummaryMonth(benchmark::State& state) {
     state.counters["entries"] = static_cast<double>(ids.size());
 }
 BENCHMARK(BM_QuickSummaryMonth)
+    ->Unit(benchmark::kMillisecond)
+    ->Repetitions(5)
+    ->ReportAggregatesOnly(true);
+
+// Everything the core computes when the window switches to a month: the
+// rows, the totals bar, the right side of each wide row and the timesheet.
+// One frame (16 ms) is the budget.
+void BM_SwitchToMonth(benchmark::State& state) {
+    ReferenceFixture* f = fixtureOrSkip(state);
+    if (!f) return;
+    auto view = periodOf(kMonthView);
+    SYSTEMTIME first, last;
+    view->getPeriod(&first, &last);
+    const Settings settings = defaultSettings();
+    EntryFilter filter;
+    std::size_t rows = 0;
+    for (auto _ : state) {
+        std::vector<TimeEntry> entries = periodEntries(f->entries(), *view, filter);
+        PeriodTotals totals = periodTotals(entries, settings);
+        benchmark::DoNotOptimize(totals.amounts.data());
+        for (const TimeEntry& e : entries) {
+            RowSide side = rowSide(e, settings);
+            benchmark::DoNotOptimize(side.amount.data());
+        }
+        Timesheet sheet = buildTimesheet(entries, first, last);
+        benchmark::DoNotOptimize(sheet.rows.data());
+        rows = entries.size();
+    }
+    state.counters["rows"] = static_cast<double>(rows);
+}
+BENCHMARK(BM_SwitchToMonth)
     ->Unit(benchmark::kMillisecond)
     ->Repetitions(5)
     ->ReportAggregatesOnly(true);

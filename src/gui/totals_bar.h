@@ -3,6 +3,7 @@
 #include <QFrame>
 #include <vector>
 
+class QHBoxLayout;
 class QLabel;
 
 namespace qb {
@@ -22,7 +23,17 @@ class TotalsBar : public QFrame {
     // "Amount").
     QString value(const QString& caption) const;
 
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+
   private:
+    // Fields from this one on are amounts.
+    static constexpr std::size_t kFirstAmountField = 3;
+
+    void arrange();
+
+    QHBoxLayout* lines_[2] = {};
+    std::vector<QWidget*> cells_;
     std::vector<std::pair<QLabel*, QLabel*>> fields_;
 };
 
