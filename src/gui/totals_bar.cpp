@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QVBoxLayout>
+#include <iterator>
 
 #include "gui/app_state.h"
 #include "views/period_totals.h"
@@ -39,6 +40,8 @@ TotalsBar::TotalsBar(QWidget* parent) : QFrame(parent) {
         value->setFont(bold);
         pair->addWidget(caption);
         pair->addWidget(value);
+        // The bar re-flows its fields instead of asking for their width.
+        cell->setMinimumWidth(1);
         cells_.push_back(cell);
         fields_.emplace_back(caption, value);
     }
@@ -46,18 +49,25 @@ TotalsBar::TotalsBar(QWidget* parent) : QFrame(parent) {
 }
 
 void TotalsBar::arrange() {
-    // One line while everything fits; else the amounts, which grow with the
-    // number of currencies, move to a second line instead of being cut off.
-    int needed = 0;
-    for (QWidget* cell : cells_) needed += cell->sizeHint().width() + lines_[0]->spacing();
-    const bool oneLine = needed <= contentsRect().width() - 20;
+    // The fields flow onto as many lines as the width needs (the amounts grow
+    // with the number of currencies), so nothing is cut off and the bar never
+    // holds the window wider than the screen.
     for (QHBoxLayout* line : lines_) {
         while (QLayoutItem* item = line->takeAt(0)) delete item;
     }
-    for (std::size_t i = 0; i < cells_.size(); ++i) {
-        lines_[oneLine || i < kFirstAmountField ? 0 : 1]->addWidget(cells_[i]);
+    const int room = contentsRect().width() - 20;
+    std::size_t line = 0;
+    int used = 0;
+    for (QWidget* cell : cells_) {
+        const int width = cell->sizeHint().width() + lines_[line]->spacing();
+        if (used > 0 && used + width > room && line + 1 < std::size(lines_)) {
+            ++line;
+            used = 0;
+        }
+        lines_[line]->addWidget(cell);
+        used += width;
     }
-    for (QHBoxLayout* line : lines_) line->addStretch(1);
+    for (std::size_t i = 0; i <= line; ++i) lines_[i]->addStretch(1);
 }
 
 void TotalsBar::resizeEvent(QResizeEvent* event) {

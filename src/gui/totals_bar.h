@@ -27,12 +27,9 @@ class TotalsBar : public QFrame {
     void resizeEvent(QResizeEvent* event) override;
 
   private:
-    // Fields from this one on are amounts.
-    static constexpr std::size_t kFirstAmountField = 3;
-
     void arrange();
 
-    QHBoxLayout* lines_[2] = {};
+    QHBoxLayout* lines_[5] = {};
     std::vector<QWidget*> cells_;
     std::vector<std::pair<QLabel*, QLabel*>> fields_;
 };

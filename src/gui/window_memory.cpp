@@ -45,7 +45,18 @@ void fitToScreen(QMainWindow& window) {
 
 void restoreWindow(QMainWindow& window, Registry& registry) {
     QByteArray geometry = readBytes(registry, "Geometry");
-    if (geometry.isEmpty() || !window.restoreGeometry(geometry)) fitToScreen(window);
+    if (geometry.isEmpty() || !window.restoreGeometry(geometry)) {
+        fitToScreen(window);
+    } else if (QScreen* screen = window.screen()) {
+        // A size remembered on a larger screen, or before the scale grew,
+        // would leave the window's edges off this one.
+        const QRect room = screen->availableGeometry();
+        if (window.width() > room.width() || window.height() > room.height()) {
+            window.resize(std::min(window.width(), room.width()),
+                          std::min(window.height(), room.height()));
+            window.move(room.topLeft());
+        }
+    }
     QByteArray state = readBytes(registry, "Panels");
     if (!state.isEmpty()) window.restoreState(state);
 }
