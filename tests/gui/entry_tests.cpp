@@ -575,7 +575,7 @@ void EntryTests::summaryShowsTheListsRowsAndCharts() {
     QVERIFY(QApplication::activeModalWidget() == nullptr);
     QCOMPARE(summary->windowTitle(), QStringLiteral("Quick Summary"));
 
-    // The rows as the specification's table has them: amounts of all
+    // The rows as the summary lists them: amounts of all
     // currencies together there, and only there.
     const QStringList cells = tableRows(summary->table());
     QCOMPARE(cells.size(), 17);
