@@ -105,6 +105,10 @@ bool systemTimeToFileTime(const SYSTEMTIME& st, FILETIME* out) {
     return true;
 }
 
+FILETIME startOfDay(FILETIME ft) {
+    return ft - ft % kTicksPerDay;
+}
+
 bool fileTimeToSystemTime(FILETIME ft, SYSTEMTIME* out) {
     if (ft >= kEndTicks) return false;
     const auto days = static_cast<std::int64_t>(ft / kTicksPerDay);

@@ -16,6 +16,9 @@ bool systemTimeToFileTime(const SYSTEMTIME& st, FILETIME* out);
 // year 30827.
 bool fileTimeToSystemTime(FILETIME ft, SYSTEMTIME* out);
 
+// Midnight of the day a file time falls on.
+FILETIME startOfDay(FILETIME ft);
+
 // The local clock, or the time in QUILLARBOR_NOW ("YYYY-MM-DDTHH:MM:SS") when
 // that is set and valid.
 SYSTEMTIME localNow();

@@ -14,7 +14,7 @@ namespace qb {
 // Every write is committed when it returns, unless a batch is open; a batch
 // commits many writes at once for speed.
 class DataFile {
-public:
+  public:
     // Opens (creating when absent) the file at `path`. A file that is not a
     // Quillarbor data file is refused and left untouched.
     static Status open(const std::string& path, std::unique_ptr<DataFile>* out);
@@ -48,16 +48,16 @@ public:
     // Readers that keep a statement running between calls register here so
     // that writes and fresh seeks can let go of their snapshots.
     class Reader {
-    public:
+      public:
         virtual void releaseSnapshot() = 0;
 
-    protected:
+      protected:
         ~Reader() = default;
     };
     void addReader(Reader* reader);
     void removeReader(Reader* reader);
 
-private:
+  private:
     DataFile(sqlite3* db, std::string path);
     Status prepareSchema();
 

@@ -12,7 +12,7 @@ namespace qb {
 
 // The platform facilities over one data file: object store and registry.
 class Platform {
-public:
+  public:
     // Opens DIR/quillarbor.db, creating the directory and the file on first use.
     static Status open(const std::string& dataDir, std::unique_ptr<Platform>* out);
     static std::unique_ptr<Platform> inMemory();
@@ -21,7 +21,7 @@ public:
     ObjectStore& objects() { return objects_; }
     Registry& registry() { return registry_; }
 
-private:
+  private:
     explicit Platform(std::unique_ptr<DataFile> file);
 
     std::unique_ptr<DataFile> file_;

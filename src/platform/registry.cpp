@@ -11,7 +11,7 @@ namespace {
 
 // A prepared statement that finalizes itself.
 class Statement {
-public:
+  public:
     Statement(sqlite3* db, const char* sql) { sqlite3_prepare_v2(db, sql, -1, &stmt_, nullptr); }
     ~Statement() { sqlite3_finalize(stmt_); }
     Statement(const Statement&) = delete;
@@ -34,7 +34,7 @@ public:
     int step() { return ok() ? sqlite3_step(stmt_) : SQLITE_ERROR; }
     sqlite3_stmt* get() const { return stmt_; }
 
-private:
+  private:
     sqlite3_stmt* stmt_ = nullptr;
 };
 
@@ -97,7 +97,8 @@ long RegKey::queryValue(const std::string& name, std::uint32_t bufferSize, RegVa
     return ERROR_SUCCESS;
 }
 
-long RegKey::setValue(const std::string& name, RegType type, const std::vector<std::uint8_t>& data) {
+long RegKey::setValue(const std::string& name, RegType type,
+                      const std::vector<std::uint8_t>& data) {
     if (!writable_) return ERROR_ACCESS_DENIED;
     file_->beforeWrite();
     Statement q(file_->handle(),
@@ -110,8 +111,7 @@ long RegKey::setValue(const std::string& name, RegType type, const std::vector<s
 long RegKey::deleteValue(const std::string& name) {
     if (!writable_) return ERROR_ACCESS_DENIED;
     file_->beforeWrite();
-    Statement q(file_->handle(),
-                "DELETE FROM registry_values WHERE root=? AND path=? AND name=?");
+    Statement q(file_->handle(), "DELETE FROM registry_values WHERE root=? AND path=? AND name=?");
     q.bind(1, static_cast<int>(root_)).bind(2, path_).bind(3, name);
     if (q.step() != SQLITE_DONE) return ERROR_WRITE_FAULT;
     return sqlite3_changes(file_->handle()) > 0 ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
@@ -119,8 +119,9 @@ long RegKey::deleteValue(const std::string& name) {
 
 std::vector<RegValue> RegKey::values() const {
     std::vector<RegValue> result;
-    Statement q(file_->handle(),
-                "SELECT name, type, data FROM registry_values WHERE root=? AND path=? ORDER BY name");
+    Statement q(
+        file_->handle(),
+        "SELECT name, type, data FROM registry_values WHERE root=? AND path=? ORDER BY name");
     q.bind(1, static_cast<int>(root_)).bind(2, path_);
     while (q.step() == SQLITE_ROW) {
         RegValue v;
@@ -159,9 +160,10 @@ long RegKey::queryString(const std::string& name, std::uint32_t bufferSize,
 }
 
 long RegKey::setDword(const std::string& name, std::uint32_t value) {
-    return setValue(name, REG_DWORD,
-                    {static_cast<std::uint8_t>(value), static_cast<std::uint8_t>(value >> 8),
-                     static_cast<std::uint8_t>(value >> 16), static_cast<std::uint8_t>(value >> 24)});
+    return setValue(
+        name, REG_DWORD,
+        {static_cast<std::uint8_t>(value), static_cast<std::uint8_t>(value >> 8),
+         static_cast<std::uint8_t>(value >> 16), static_cast<std::uint8_t>(value >> 24)});
 }
 
 long RegKey::setString(const std::string& name, const std::u16string& value) {

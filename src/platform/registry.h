@@ -29,7 +29,7 @@ enum RegResult : long {
 class RegKey;
 
 class Registry {
-public:
+  public:
     explicit Registry(DataFile& file);
 
     // Opens the key, creating it and its parents when absent.
@@ -37,7 +37,7 @@ public:
     // Opens an existing key for reading only.
     std::optional<RegKey> openKey(RegRoot root, const std::string& path);
 
-private:
+  private:
     DataFile& file_;
 };
 
@@ -48,7 +48,7 @@ struct RegValue {
 };
 
 class RegKey {
-public:
+  public:
     // Reads a value into a buffer of `bufferSize` bytes. A value larger than
     // the buffer cannot be read: ERROR_MORE_DATA, and `data` stays empty.
     long queryValue(const std::string& name, std::uint32_t bufferSize, RegValue* out) const;
@@ -67,7 +67,7 @@ public:
 
     const std::string& path() const { return path_; }
 
-private:
+  private:
     friend class Registry;
     RegKey(DataFile& file, RegRoot root, std::string path, bool writable);
 

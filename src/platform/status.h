@@ -7,7 +7,7 @@ namespace qb {
 
 // The outcome of a platform operation, with a sentence the edge can print.
 class Status {
-public:
+  public:
     enum class Code { kOk, kNotFound, kCorruption, kIoError, kInvalidArgument };
 
     Status() = default;
@@ -25,7 +25,7 @@ public:
     Code code() const { return code_; }
     const std::string& message() const { return message_; }
 
-private:
+  private:
     Status(Code code, std::string message) : code_(code), message_(std::move(message)) {}
 
     Code code_ = Code::kOk;

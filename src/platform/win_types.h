@@ -43,7 +43,9 @@ enum PropType : std::uint16_t {
 constexpr std::uint32_t makePropId(std::uint16_t number, PropType type) {
     return (std::uint32_t{number} << 16) | type;
 }
-constexpr std::uint16_t propNumber(std::uint32_t propId) { return propId >> 16; }
+constexpr std::uint16_t propNumber(std::uint32_t propId) {
+    return propId >> 16;
+}
 constexpr PropType propType(std::uint32_t propId) {
     return static_cast<PropType>(propId & 0xFFFF);
 }
@@ -93,7 +95,7 @@ struct CEPROPVAL {
         return std::move(*this);
     }
 
-private:
+  private:
     static CEPROPVAL numeric(std::uint32_t id, std::uint64_t v) {
         CEPROPVAL p;
         p.propid = id;

@@ -1,5 +1,9 @@
 #include "store/entry_walk.h"
 
+#include "platform/calendar.h"
+#include "platform/platform.h"
+#include "platform/read_ahead.h"
+#include "platform/record_codec.h"
 #include "store/record_props.h"
 #include "store/tables.h"
 #include "store/time_entry.h"
@@ -16,6 +20,20 @@ bool readWithin(EntryTable& table, FILETIME end, TimeEntry& entry) {
     return readEntry(table, entry, &dated) == 0 && dated && entry.date <= end;
 }
 
+// Whether a record ahead of the walk may still lie within the range. Only
+// the date matters, and an older record's separate start time may move it
+// within its day but never off it, so a record of a later day ends the walk
+// for certain; the walk itself decides on the others.
+bool mayLieWithin(std::string_view props, FILETIME end) {
+    PropReader reader(props);
+    PropView p;
+    while (reader.next(p)) {
+        if (p.propid == makePropId(kPropDate, CEVT_FILETIME)) return startOfDay(p.num) <= end;
+    }
+    // A record without a date ends the walk; a damaged one is the walk's to refuse.
+    return reader.failed();
+}
+
 }  // namespace
 
 long walkEntries(EntryTable& table, FILETIME start, FILETIME end,
@@ -25,6 +43,28 @@ long walkEntries(EntryTable& table, FILETIME start, FILETIME end,
     for (bool found = table.seekAfter(CEPROPVAL::fileTime(kPropDate, start)); found;
          found = table.seekNext()) {
         if (!readWithin(table, end, entry)) break;
+        ++visited;
+        if (!visit(entry)) break;
+    }
+    return visited;
+}
+
+long walkEntriesReadingAhead(EntryTable& table, FILETIME start, FILETIME end,
+                             const std::function<bool(const TimeEntry&)>& visit) {
+    RecordReadAhead ahead;
+    if (!table.isOpen() ||
+        !ahead.start(table.platform().file(), table.databaseOid(), kDateSort,
+                     CEPROPVAL::fileTime(kPropDate, start),
+                     [end](std::string_view props) { return mayLieWithin(props, end); })) {
+        return walkEntries(table, start, end, visit);
+    }
+    long visited = 0;
+    TimeEntry entry;
+    CEOID oid = 0;
+    std::string_view props;
+    while (ahead.next(&oid, &props)) {
+        bool dated = false;
+        if (decodeEntry(props, oid, entry, &dated) != 0 || !dated || entry.date > end) break;
         ++visited;
         if (!visit(entry)) break;
     }

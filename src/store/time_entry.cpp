@@ -99,14 +99,22 @@ bool hasStartTime(const TimeEntry& entry) {
 }
 
 int readEntry(EntryTable& table, TimeEntry& entry, bool* dated) {
-    resetEntry(entry);
-    if (dated) *dated = false;
     // Read where the record lies, into the entry's own buffers: a walk
     // reads record after record without allocating.
     std::string_view encoded;
     const int rc = table.readEncoded(&encoded);
-    if (rc != 0) return rc;
-    entry.recordOid = table.currentOid();
+    if (rc != 0) {
+        resetEntry(entry);
+        if (dated) *dated = false;
+        return rc;
+    }
+    return decodeEntry(encoded, table.currentOid(), entry, dated);
+}
+
+int decodeEntry(std::string_view encoded, CEOID oid, TimeEntry& entry, bool* dated) {
+    resetEntry(entry);
+    if (dated) *dated = false;
+    entry.recordOid = oid;
     PropReader reader(encoded);
     PropView p;
     while (reader.next(p)) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/win_types.h"
@@ -54,6 +55,8 @@ inline bool hasStartTime(const SYSTEMTIME& date) {
 // Reads the table's current record: 0 read, 1 end of table, -1 error.
 // `dated`, when given, tells whether the record holds a date (1001).
 int readEntry(EntryTable& table, TimeEntry& entry, bool* dated = nullptr);
+// The same from a record's encoded properties: 0 read, -1 damaged.
+int decodeEntry(std::string_view encoded, CEOID oid, TimeEntry& entry, bool* dated = nullptr);
 bool addEntry(EntryTable& table, const TimeEntry& entry);
 // Rewrites the table's current record (the caller seeks recordOid first).
 bool updateEntry(EntryTable& table, const TimeEntry& entry);

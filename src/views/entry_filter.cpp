@@ -120,7 +120,7 @@ long walkMatching(EntryTable& table, const EntryFilter& filter,
     FILETIME from = filter.hasDateRange() ? filter.rangeStart() : 0;
     FILETIME to = filter.hasDateRange() ? filter.rangeEnd() : ~FILETIME{0};
     long passed = 0;
-    walkEntries(table, from, to, [&](const TimeEntry& e) {
+    walkEntriesReadingAhead(table, from, to, [&](const TimeEntry& e) {
         if (!filter.matchesBesidesDates(e)) return true;
         ++passed;
         return visit(e);
