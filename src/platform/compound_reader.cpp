@@ -112,7 +112,7 @@ class FileSource : public ByteSource {
         if (size >= kBlock) return readDirect(offset, p, size);
         while (size > 0) {
             const std::uint64_t number = offset / kBlock;
-            Block& block = blocks_[number % kBlocks];
+            Block& block = blockOf(number);
             if (block.number != number) {
                 Status s = readDirect(number * kBlock, block.bytes.data(), kBlock);
                 if (!s.isOk()) {
@@ -137,8 +137,28 @@ class FileSource : public ByteSource {
     static constexpr std::uint64_t kNone = ~std::uint64_t{0};
     struct Block {
         std::uint64_t number = kNone;
+        std::uint64_t lastUse = 0;
         std::vector<std::uint8_t> bytes = std::vector<std::uint8_t>(kBlock);
     };
+
+    // The block holding `number`, or the one used longest ago to read it
+    // into. Any block may hold any part of the file: a restore reads the
+    // directory, the allocation tables and the streams' sectors side by
+    // side, and blocks tied to places would keep evicting each other.
+    Block& blockOf(std::uint64_t number) {
+        if (last_->number == number) return *last_;
+        Block* oldest = &blocks_[0];
+        for (Block& b : blocks_) {
+            if (b.number == number) {
+                oldest = &b;
+                break;
+            }
+            if (b.lastUse < oldest->lastUse) oldest = &b;
+        }
+        oldest->lastUse = ++uses_;
+        last_ = oldest;
+        return *oldest;
+    }
 
     Status readDirect(std::uint64_t offset, std::uint8_t* p, std::size_t size) {
         std::size_t want =
@@ -159,6 +179,8 @@ class FileSource : public ByteSource {
     int fd_;
     std::uint64_t size_;
     Block blocks_[kBlocks];
+    std::uint64_t uses_ = 0;
+    Block* last_ = &blocks_[0];
 };
 
 class MemorySource : public ByteSource {

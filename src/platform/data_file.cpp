@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "platform/block_read_vfs.h"
+#include "platform/block_vfs.h"
 
 namespace qb {
 namespace {
@@ -84,7 +84,7 @@ DataFile::~DataFile() {
 
 Status DataFile::open(const std::string& path, std::unique_ptr<DataFile>* out) {
     sqlite3* db = nullptr;
-    int rc = sqlite3_open_v2(path.c_str(), &db, kOpenFlags, blockReadVfsName());
+    int rc = sqlite3_open_v2(path.c_str(), &db, kOpenFlags, blockVfsName());
     if (rc != SQLITE_OK) {
         Status s = Status::ioError("cannot open data file " + path + ": " + describe(db, rc));
         sqlite3_close_v2(db);

@@ -47,6 +47,11 @@ void bindString(sqlite3_stmt* stmt, int i, const std::string& s) {
     sqlite3_bind_blob(stmt, i, s.data(), static_cast<int>(s.size()), SQLITE_TRANSIENT);
 }
 
+// Binds bytes that outlive the statement's one step, without a copy.
+void bindBorrowed(sqlite3_stmt* stmt, int i, const std::string& s) {
+    sqlite3_bind_blob(stmt, i, s.data(), static_cast<int>(s.size()), SQLITE_STATIC);
+}
+
 // The declared sort orders of a database, read from its row.
 bool loadInfo(sqlite3* db, CEOID oid, DatabaseInfo* out) {
     sqlite3_stmt* q = prepare(db,
@@ -180,10 +185,13 @@ struct Database::Impl final : DataFile::Reader {
         scan = prepare(db, "SELECT oid, " + k + ", props FROM records WHERE db=?1 AND " + k +
                                " >= ?2 ORDER BY " + k + ", oid");
         byOid = prepare(db, "SELECT " + k + ", props FROM records WHERE oid=?1 AND db=?2");
-        insert = prepare(
-            db, "INSERT INTO records (db, props, k1, k2, k3, k4) VALUES (?, ?, ?, ?, ?, ?)");
+        // A write changes one row, so a failing constraint has nothing of
+        // the statement's to undo: OR FAIL spares SQLite a statement journal.
+        insert = prepare(db,
+                         "INSERT OR FAIL INTO records (db, props, k1, k2, k3, k4) "
+                         "VALUES (?, ?, ?, ?, ?, ?)");
         update = prepare(db,
-                         "UPDATE records SET props=?2, k1=?3, k2=?4, k3=?5, k4=?6 "
+                         "UPDATE OR FAIL records SET props=?2, k1=?3, k2=?4, k3=?5, k4=?6 "
                          "WHERE oid=?1 AND db=?7");
         remove = prepare(db, "DELETE FROM records WHERE oid=? AND db=?");
         return scan && byOid && insert && update && remove;
@@ -258,18 +266,22 @@ struct Database::Impl final : DataFile::Reader {
         return found;
     }
 
+    // Binds the record's keys, kept in writeKeys until the write's step is done.
     void bindKeys(sqlite3_stmt* stmt, int first, const std::vector<CEPROPVAL>& props) {
         for (std::size_t i = 0; i < kMaxSortOrders; ++i) {
             int col = first + static_cast<int>(i);
             if (i < info.sortProps.size()) {
-                bindString(stmt, col, recordSortKey(props, info.sortProps[i]));
+                writeKeys[i] = recordSortKey(props, info.sortProps[i]);
+                bindBorrowed(stmt, col, writeKeys[i]);
             } else if (i == 0) {
-                bindString(stmt, col, std::string());  // no sort order: record order
+                writeKeys[i].clear();  // no sort order: record order
+                bindBorrowed(stmt, col, writeKeys[i]);
             } else {
                 sqlite3_bind_null(stmt, col);
             }
         }
     }
+    std::string writeKeys[kMaxSortOrders];
 };
 
 Database::Database(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {}
@@ -465,16 +477,17 @@ CEOID Database::writeProps(CEOID oid, const std::vector<CEPROPVAL>& values) {
     sqlite3_stmt* stmt = oid == 0 ? d.insert : d.update;
     if (oid == 0) {
         sqlite3_bind_int64(stmt, 1, d.dbOid);
-        bindString(stmt, 2, bytes);
+        bindBorrowed(stmt, 2, bytes);
         d.bindKeys(stmt, 3, props);
     } else {
         sqlite3_bind_int64(stmt, 1, oid);
-        bindString(stmt, 2, bytes);
+        bindBorrowed(stmt, 2, bytes);
         d.bindKeys(stmt, 3, props);
         sqlite3_bind_int64(stmt, 7, d.dbOid);
     }
     bool ok = sqlite3_step(stmt) == SQLITE_DONE;
     sqlite3_reset(stmt);
+    sqlite3_clear_bindings(stmt);  // the borrowed bytes go with this call
     if (!ok) return 0;
     if (oid == 0) oid = static_cast<CEOID>(sqlite3_last_insert_rowid(d.file.handle()));
     // The record just written becomes the current one.

@@ -215,10 +215,8 @@ void groupHeading(MarkupWriter& doc, const ReportRequest& request, const std::u1
 // group in the order of their keys.
 class GroupSpool {
   public:
-    explicit GroupSpool(const GroupKey& key) : key_(key) {}
-    ~GroupSpool() {
-        if (spill_) std::fclose(spill_);
-    }
+    // The rows that do not stay in memory go to a scratch file beside `target`.
+    GroupSpool(const GroupKey& key, const std::string& target) : key_(key), spill_(target) {}
     GroupSpool(const GroupSpool&) = delete;
     GroupSpool& operator=(const GroupSpool&) = delete;
 
@@ -249,10 +247,7 @@ class GroupSpool {
             Sums sums;
             for (const auto& [offset, size] : g.spilled) {
                 block.resize(size);
-                if (std::fseek(spill_, static_cast<long>(offset), SEEK_SET) != 0 ||
-                    std::fread(block.data(), 1, size, spill_) != size) {
-                    return false;
-                }
+                if (!spill_.readAt(offset, block.data(), size).isOk()) return false;
                 replay(block, page.file(), sums, footer);
             }
             replay(g.pending, page.file(), sums, footer);
@@ -277,23 +272,20 @@ class GroupSpool {
         std::string pending;                                         // rows not spilled yet
         std::vector<std::pair<std::uint64_t, std::size_t>> spilled;  // offset, size
     };
-    // Rows held in memory before they go to the temporary file.
-    static constexpr std::size_t kHeldBytes = std::size_t{2} << 20;
+    // Rows held in memory before they go to the scratch file: the more, the
+    // larger (and fewer) the pieces read back per group.
+    static constexpr std::size_t kHeldBytes = std::size_t{4} << 20;
 
     bool spillAll() {
-        if (!spill_) spill_ = std::tmpfile();
-        if (!spill_) return false;
+        if (!spill_.isOpen() && !spill_.openScratch().isOk()) return false;
         for (auto& [value, g] : groups_) {
             if (g.pending.empty()) continue;
-            g.spilled.emplace_back(spillSize_, g.pending.size());
-            if (std::fwrite(g.pending.data(), 1, g.pending.size(), spill_) != g.pending.size()) {
-                return false;
-            }
-            spillSize_ += g.pending.size();
+            g.spilled.emplace_back(spill_.size(), g.pending.size());
+            if (!spill_.write(g.pending).isOk()) return false;
             std::string().swap(g.pending);
         }
         held_ = 0;
-        return std::fflush(spill_) == 0;
+        return true;
     }
 
     static void replay(std::string_view rows, ExportFile& file, Sums& sums, FooterSums& footer) {
@@ -312,8 +304,7 @@ class GroupSpool {
     const GroupKey& key_;
     std::map<GroupKey::Value, Group> groups_;
     std::size_t held_ = 0;
-    std::FILE* spill_ = nullptr;
-    std::uint64_t spillSize_ = 0;
+    FileWriter spill_;
 };
 
 // Writes the tables of the entries the walk gives, in date order.
@@ -367,7 +358,7 @@ bool writeTables(PageOut& page, const ReportRequest& request, EntryTable& entrie
         }
         return true;
     }
-    GroupSpool spool(key);
+    GroupSpool spool(key, page.file().fileName());
     std::u16string rowText;
     MarkupWriter rowOut(rowText, u" />");
     std::string bytes;
