@@ -151,30 +151,35 @@ TEST_F(EntryWalkTest, ReadingAheadEndsWhereTheWalkEnds) {
 }
 
 // Pages read in blocks must never outlive a change that another connection
-// commits and checkpoints into the file in between.
-TEST_F(EntryWalkTest, WalksSeeWhatAnotherConnectionWroteIntoTheFile) {
-    const std::vector<Seen> before = walkWith(walkEntries, *table, 0, ~FILETIME{0});
-    {
-        std::unique_ptr<Platform> other;
-        ASSERT_TRUE(Platform::open(dir.path(), &other).isOk());
-        EntryTable otherTable(*other);
-        ASSERT_TRUE(otherTable.open());
+// commits, whether it stays in the log or a checkpoint copies it into the
+// file (and the log starts again from its beginning).
+TEST_F(EntryWalkTest, WalksSeeWhatAnotherConnectionWrote) {
+    const std::size_t count = walkWith(walkEntries, *table, 0, ~FILETIME{0}).size();
+    std::unique_ptr<Platform> other;
+    ASSERT_TRUE(Platform::open(dir.path(), &other).isOk());
+    EntryTable otherTable(*other);
+    ASSERT_TRUE(otherTable.open());
+    char16_t round = u'0';
+    for (const char* checkpoint :
+         {"", "PRAGMA wal_checkpoint(TRUNCATE)", "", "PRAGMA wal_checkpoint(RESTART)", ""}) {
+        const std::u16string client = std::u16string(u"Round ") + ++round;
         ASSERT_TRUE(other->file().beginBatch());
         TimeEntry e;
         for (bool found = otherTable.seekFirst(); found; found = otherTable.seekNext()) {
             ASSERT_EQ(readEntry(otherTable, e), 0);
-            e.client = u"Renamed";
+            e.client = client;
             ASSERT_TRUE(updateEntry(otherTable, e));
         }
         ASSERT_TRUE(other->file().commitBatch());
-        ASSERT_EQ(sqlite3_exec(other->file().handle(), "PRAGMA wal_checkpoint(TRUNCATE)", nullptr,
-                               nullptr, nullptr),
+        ASSERT_EQ(sqlite3_exec(other->file().handle(), checkpoint, nullptr, nullptr, nullptr),
                   SQLITE_OK);
-    }
-    for (Walk walk : {walkEntries, walkEntriesReadingAhead}) {
-        const std::vector<Seen> after = walkWith(walk, *table, 0, ~FILETIME{0});
-        ASSERT_EQ(after.size(), before.size());
-        for (const Seen& s : after) EXPECT_EQ(s.client, u"Renamed");
+        std::vector<Seen> expected;
+        walkWith(walkEntries, otherTable, 0, ~FILETIME{0}).swap(expected);
+        for (Walk walk : {walkEntries, walkEntriesReadingAhead}) {
+            const std::vector<Seen> seen = walkWith(walk, *table, 0, ~FILETIME{0});
+            ASSERT_EQ(seen.size(), count);
+            EXPECT_EQ(seen, expected) << "after \"" << checkpoint << "\"";
+        }
     }
 }
 
