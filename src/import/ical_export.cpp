@@ -1,6 +1,6 @@
 #include "import/ical_export.h"
 
-#include <libical/ical.h>
+#include "import/ical_api.h"
 
 #include <cstdlib>
 #include <ctime>
@@ -19,7 +19,7 @@ namespace {
 icaltimetype icalTimeOf(const TimeEntry& entry, bool withTime) {
     SYSTEMTIME st{};
     fileTimeToSystemTime(entry.date, &st);
-    icaltimetype t = icaltime_null_time();
+    icaltimetype t = ical().icaltime_null_time();
     t.year = st.wYear;
     t.month = st.wMonth;
     t.day = st.wDay;
@@ -87,37 +87,40 @@ std::string icalFooter() {
 }
 
 std::string icalEvent(const TimeEntry& entry, const std::string& stamp) {
-    icalcomponent* event = icalcomponent_new(ICAL_VEVENT_COMPONENT);
+    if (!loadIcal()) return {};
+    icalcomponent* event = ical().icalcomponent_new(ICAL_VEVENT_COMPONENT);
     const std::string uid =
         stringPrintf("%u-%llu@quillarbor", static_cast<unsigned>(entry.recordOid),
                      static_cast<unsigned long long>(entry.date));
-    icalcomponent_add_property(event, icalproperty_new_uid(uid.c_str()));
-    icalcomponent_add_property(event,
-                               icalproperty_new_dtstamp(icaltime_from_string(stamp.c_str())));
+    ical().icalcomponent_add_property(event, ical().icalproperty_new_uid(uid.c_str()));
+    ical().icalcomponent_add_property(
+        event, ical().icalproperty_new_dtstamp(ical().icaltime_from_string(stamp.c_str())));
     const bool timed = hasStartTime(entry);
     const int seconds = entry.duration * 36;
-    icalcomponent_add_property(event, icalproperty_new_dtstart(icalTimeOf(entry, timed)));
+    ical().icalcomponent_add_property(event,
+                                      ical().icalproperty_new_dtstart(icalTimeOf(entry, timed)));
     if (timed) {
-        icalcomponent_add_property(event,
-                                   icalproperty_new_duration(icaldurationtype_from_int(seconds)));
+        ical().icalcomponent_add_property(
+            event, ical().icalproperty_new_duration(ical().icaldurationtype_from_int(seconds)));
     } else {
         icaltimetype next = icalTimeOf(entry, false);
-        icaltime_adjust(&next, 1, 0, 0, 0);
-        icalcomponent_add_property(event, icalproperty_new_dtend(next));
-        icalproperty* hours =
-            icalproperty_new_x(icaldurationtype_as_ical_string(icaldurationtype_from_int(seconds)));
-        icalproperty_set_x_name(hours, "X-QUILLARBOR-DURATION");
-        icalcomponent_add_property(event, hours);
+        ical().icaltime_adjust(&next, 1, 0, 0, 0);
+        ical().icalcomponent_add_property(event, ical().icalproperty_new_dtend(next));
+        icalproperty* hours = ical().icalproperty_new_x(
+            ical().icaldurationtype_as_ical_string(ical().icaldurationtype_from_int(seconds)));
+        ical().icalproperty_set_x_name(hours, "X-QUILLARBOR-DURATION");
+        ical().icalcomponent_add_property(event, hours);
     }
-    icalcomponent_add_property(event, icalproperty_new_summary(utf16ToUtf8(entry.task).c_str()));
+    ical().icalcomponent_add_property(
+        event, ical().icalproperty_new_summary(utf16ToUtf8(entry.task).c_str()));
     if (!entry.notes.empty()) {
         const std::string note = withoutCr(noteText(entry));
-        icalcomponent_add_property(event, icalproperty_new_description(note.c_str()));
+        ical().icalcomponent_add_property(event, ical().icalproperty_new_description(note.c_str()));
     }
-    char* text = icalcomponent_as_ical_string_r(event);
+    char* text = ical().icalcomponent_as_ical_string_r(event);
     std::string out = text ? text : "";
-    icalmemory_free_buffer(text);
-    icalcomponent_free(event);
+    ical().icalmemory_free_buffer(text);
+    ical().icalcomponent_free(event);
     // libical writes a comma inside a category as it is, which splits the
     // category in two when read back; so the line is written here.
     std::string categories = "CATEGORIES:" + escapedText(utf16ToUtf8(entry.client));
@@ -129,16 +132,20 @@ std::string icalEvent(const TimeEntry& entry, const std::string& stamp) {
 
 bool ExportIcal(EntryTable& table, const std::string& fileName, const EntryFilter& filter,
                 std::string* error) {
+    std::string why;
+    if (!loadIcal(&why)) {
+        if (error) *error = why;
+        return false;
+    }
     ExportFile file(fileName);
     if (file.create()) {
-        const icaltimetype now =
-            icaltime_from_timet_with_zone(std::time(nullptr), 0, icaltimezone_get_utc_timezone());
-        const std::string stamp = icaltime_as_ical_string(now);
+        const icaltimetype now = ical().icaltime_from_timet_with_zone(
+            std::time(nullptr), 0, ical().icaltimezone_get_utc_timezone());
+        const std::string stamp = ical().icaltime_as_ical_string(now);
         // The writer buffers; each event goes to it as it is made.
         file.writeNarrow(icalHeader());
-        walkMatching(table, filter, [&](const TimeEntry& e) {
-            return file.writeNarrow(icalEvent(e, stamp));
-        });
+        walkMatching(table, filter,
+                     [&](const TimeEntry& e) { return file.writeNarrow(icalEvent(e, stamp)); });
         file.writeNarrow(icalFooter());
         file.finish();
     }

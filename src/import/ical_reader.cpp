@@ -3,7 +3,7 @@
 // as KTimeTracker writes them (a VEVENT related to its task's VTODO, with
 // the seconds in X-KDE-ktimetracker-duration) read the same way.
 
-#include <libical/ical.h>
+#include "import/ical_api.h"
 
 #include <strings.h>
 
@@ -20,7 +20,7 @@ namespace qb {
 namespace {
 
 struct ComponentFree {
-    void operator()(icalcomponent* c) const { icalcomponent_free(c); }
+    void operator()(icalcomponent* c) const { ical().icalcomponent_free(c); }
 };
 using Component = std::unique_ptr<icalcomponent, ComponentFree>;
 
@@ -48,11 +48,11 @@ bool hasEnd(std::string_view bytes) {
 }
 
 std::string xValue(icalcomponent* c, const char* name) {
-    for (icalproperty* p = icalcomponent_get_first_property(c, ICAL_X_PROPERTY); p;
-         p = icalcomponent_get_next_property(c, ICAL_X_PROPERTY)) {
-        const char* n = icalproperty_get_x_name(p);
+    for (icalproperty* p = ical().icalcomponent_get_first_property(c, ICAL_X_PROPERTY); p;
+         p = ical().icalcomponent_get_next_property(c, ICAL_X_PROPERTY)) {
+        const char* n = ical().icalproperty_get_x_name(p);
         if (n && strcasecmp(n, name) == 0) {
-            const char* v = icalproperty_get_x(p);
+            const char* v = ical().icalproperty_get_x(p);
             return v ? v : "";
         }
     }
@@ -71,10 +71,10 @@ SYSTEMTIME makeDateFields(const icaltimetype& t) {
 }
 
 bool fromIcalTime(icaltimetype t, Moment* out) {
-    if (icaltime_is_null_time(t)) return false;
-    if (icaltime_is_utc(t)) return momentFromUnix(icaltime_as_timet(t), out);
+    if (ical().icaltime_is_null_time(t)) return false;
+    if (ical().icaltime_is_utc(t)) return momentFromUnix(ical().icaltime_as_timet(t), out);
     if (t.zone != nullptr && !t.is_date) {
-        return momentFromUnix(icaltime_as_timet_with_zone(t, t.zone), out);
+        return momentFromUnix(ical().icaltime_as_timet_with_zone(t, t.zone), out);
     }
     SYSTEMTIME day = makeDateFields(t);
     return combine(day, day, out);
@@ -98,40 +98,40 @@ void readComponent(icalcomponent* c, const std::unordered_map<std::string, std::
                    ImportRow& row) {
     const bool kttRecord = !xValue(c, "X-KDE-ktimetracker-duration").empty();
     const char* related = nullptr;
-    if (icalproperty* p = icalcomponent_get_first_property(c, ICAL_RELATEDTO_PROPERTY)) {
-        related = icalproperty_get_relatedto(p);
+    if (icalproperty* p = ical().icalcomponent_get_first_property(c, ICAL_RELATEDTO_PROPERTY)) {
+        related = ical().icalproperty_get_relatedto(p);
     }
     std::vector<std::u16string> categories;
-    for (icalproperty* p = icalcomponent_get_first_property(c, ICAL_CATEGORIES_PROPERTY); p;
-         p = icalcomponent_get_next_property(c, ICAL_CATEGORIES_PROPERTY)) {
-        std::u16string value = text(icalproperty_get_categories(p));
+    for (icalproperty* p = ical().icalcomponent_get_first_property(c, ICAL_CATEGORIES_PROPERTY); p;
+         p = ical().icalcomponent_get_next_property(c, ICAL_CATEGORIES_PROPERTY)) {
+        std::u16string value = text(ical().icalproperty_get_categories(p));
         // KTimeTracker marks its records with its own name, which is no client.
         if ((kttRecord || related) && value == u"KTimeTracker") continue;
         categories.push_back(std::move(value));
     }
     if (!categories.empty()) row.client = categories[0];
     if (categories.size() > 1) row.project = categories[1];
-    row.task = text(icalcomponent_get_summary(c));
+    row.task = text(ical().icalcomponent_get_summary(c));
     if (row.task.empty() && related) {
         auto it = taskNames.find(related);
         if (it != taskNames.end()) row.task = utf8ToUtf16(it->second);
     }
-    row.note = withCrLf(text(icalcomponent_get_description(c)));
+    row.note = withCrLf(text(ical().icalcomponent_get_description(c)));
     if (row.note.empty()) {
-        for (icalproperty* p = icalcomponent_get_first_property(c, ICAL_COMMENT_PROPERTY); p;
-             p = icalcomponent_get_next_property(c, ICAL_COMMENT_PROPERTY)) {
+        for (icalproperty* p = ical().icalcomponent_get_first_property(c, ICAL_COMMENT_PROPERTY); p;
+             p = ical().icalcomponent_get_next_property(c, ICAL_COMMENT_PROPERTY)) {
             if (!row.note.empty()) row.note += u"\r\n";
-            row.note += withCrLf(text(icalproperty_get_comment(p)));
+            row.note += withCrLf(text(ical().icalproperty_get_comment(p)));
         }
     }
-    const char* uid = icalcomponent_get_uid(c);
-    icalproperty* startProperty = icalcomponent_get_first_property(c, ICAL_DTSTART_PROPERTY);
+    const char* uid = ical().icalcomponent_get_uid(c);
+    icalproperty* startProperty = ical().icalcomponent_get_first_property(c, ICAL_DTSTART_PROPERTY);
     const char* startText =
-        startProperty ? icalproperty_get_value_as_string(startProperty) : nullptr;
+        startProperty ? ical().icalproperty_get_value_as_string(startProperty) : nullptr;
     row.identity = std::string(uid ? uid : "") + '\x1e' + (startText ? startText : "");
     if (!uid) row.identity += '\x1e' + utf16ToUtf8(row.task) + '\x1e' + utf16ToUtf8(row.note);
-    if (icalproperty* error = icalcomponent_get_first_property(c, ICAL_XLICERROR_PROPERTY)) {
-        const char* message = icalproperty_get_xlicerror(error);
+    if (icalproperty* error = ical().icalcomponent_get_first_property(c, ICAL_XLICERROR_PROPERTY)) {
+        const char* message = ical().icalproperty_get_xlicerror(error);
         row.problem =
             std::string("not valid iCalendar: ") + (message ? message : "unreadable property");
         return;
@@ -140,7 +140,7 @@ void readComponent(icalcomponent* c, const std::unordered_map<std::string, std::
         row.problem = "no DTSTART";
         return;
     }
-    const icaltimetype start = icalcomponent_get_dtstart(c);
+    const icaltimetype start = ical().icalcomponent_get_dtstart(c);
     Moment from;
     if (!fromIcalTime(start, &from)) {
         row.problem = "cannot read DTSTART";
@@ -151,15 +151,15 @@ void readComponent(icalcomponent* c, const std::unordered_map<std::string, std::
     // Our own export keeps the hours of an entry without a start time here.
     const std::string ownDuration = xValue(c, "X-QUILLARBOR-DURATION");
     if (!ownDuration.empty()) {
-        const icaldurationtype d = icaldurationtype_from_string(ownDuration.c_str());
-        if (!icaldurationtype_is_bad_duration(d)) {
-            row.seconds = icaldurationtype_as_int(d);
+        const icaldurationtype d = ical().icaldurationtype_from_string(ownDuration.c_str());
+        if (!ical().icaldurationtype_is_bad_duration(d)) {
+            row.seconds = ical().icaldurationtype_as_int(d);
             return;
         }
     }
     const std::string kttSeconds = xValue(c, "X-KDE-ktimetracker-duration");
-    if (icalproperty* d = icalcomponent_get_first_property(c, ICAL_DURATION_PROPERTY)) {
-        row.seconds = icaldurationtype_as_int(icalproperty_get_duration(d));
+    if (icalproperty* d = ical().icalcomponent_get_first_property(c, ICAL_DURATION_PROPERTY)) {
+        row.seconds = ical().icaldurationtype_as_int(ical().icalproperty_get_duration(d));
         return;
     }
     if (!kttSeconds.empty()) {
@@ -170,15 +170,16 @@ void readComponent(icalcomponent* c, const std::unordered_map<std::string, std::
             return;
         }
     }
-    const bool isTodo = icalcomponent_isa(c) == ICAL_VTODO_COMPONENT;
-    icalproperty* endProperty =
-        icalcomponent_get_first_property(c, isTodo ? ICAL_DUE_PROPERTY : ICAL_DTEND_PROPERTY);
+    const bool isTodo = ical().icalcomponent_isa(c) == ICAL_VTODO_COMPONENT;
+    icalproperty* endProperty = ical().icalcomponent_get_first_property(
+        c, isTodo ? ICAL_DUE_PROPERTY : ICAL_DTEND_PROPERTY);
     if (!endProperty) {
         row.problem = "neither DTEND nor DURATION";
         return;
     }
     Moment to;
-    const icaltimetype end = isTodo ? icalcomponent_get_due(c) : icalcomponent_get_dtend(c);
+    const icaltimetype end =
+        isTodo ? ical().icalcomponent_get_due(c) : ical().icalcomponent_get_dtend(c);
     if (!fromIcalTime(end, &to)) {
         row.problem = isTodo ? "cannot read DUE" : "cannot read DTEND";
         return;
@@ -189,9 +190,9 @@ void readComponent(icalcomponent* c, const std::unordered_map<std::string, std::
 // A VTODO is a time record only when it says when it started and how long
 // it took; KTimeTracker's tasks and ordinary to-dos are not.
 bool isTimedTodo(icalcomponent* c) {
-    return icalcomponent_get_first_property(c, ICAL_DTSTART_PROPERTY) &&
-           (icalcomponent_get_first_property(c, ICAL_DURATION_PROPERTY) ||
-            icalcomponent_get_first_property(c, ICAL_DUE_PROPERTY)) &&
+    return ical().icalcomponent_get_first_property(c, ICAL_DTSTART_PROPERTY) &&
+           (ical().icalcomponent_get_first_property(c, ICAL_DURATION_PROPERTY) ||
+            ical().icalcomponent_get_first_property(c, ICAL_DUE_PROPERTY)) &&
            xValue(c, "X-KDE-ktimetracker-totalTaskTime").empty();
 }
 
@@ -206,25 +207,27 @@ ReadStatus readIcal(std::string_view bytes, const ImportOptions&, const RowSink&
         return ReadStatus::failure(lines.empty() ? 1 : lines.back(),
                                    "the file ends before END:VCALENDAR (cut short?)");
     }
+    std::string why;
+    if (!loadIcal(&why)) return ReadStatus::failure(0, why);
     const std::string copy(bytes);
-    Component calendar(icalparser_parse_string(copy.c_str()));
+    Component calendar(ical().icalparser_parse_string(copy.c_str()));
     if (!calendar) return ReadStatus::failure(1, "not an iCalendar file");
     icalcomponent* root = calendar.get();
-    if (icalcomponent_isa(root) != ICAL_VCALENDAR_COMPONENT) {
-        root = icalcomponent_get_first_component(root, ICAL_VCALENDAR_COMPONENT);
+    if (ical().icalcomponent_isa(root) != ICAL_VCALENDAR_COMPONENT) {
+        root = ical().icalcomponent_get_first_component(root, ICAL_VCALENDAR_COMPONENT);
         if (!root) return ReadStatus::failure(1, "not an iCalendar file: no VCALENDAR");
     }
     std::unordered_map<std::string, std::string> taskNames;
-    for (icalcomponent* c = icalcomponent_get_first_component(root, ICAL_VTODO_COMPONENT); c;
-         c = icalcomponent_get_next_component(root, ICAL_VTODO_COMPONENT)) {
-        const char* uid = icalcomponent_get_uid(c);
-        const char* summary = icalcomponent_get_summary(c);
+    for (icalcomponent* c = ical().icalcomponent_get_first_component(root, ICAL_VTODO_COMPONENT); c;
+         c = ical().icalcomponent_get_next_component(root, ICAL_VTODO_COMPONENT)) {
+        const char* uid = ical().icalcomponent_get_uid(c);
+        const char* summary = ical().icalcomponent_get_summary(c);
         if (uid && summary) taskNames.emplace(uid, summary);
     }
     std::size_t index = 0;
-    for (icalcomponent* c = icalcomponent_get_first_component(root, ICAL_ANY_COMPONENT); c;
-         c = icalcomponent_get_next_component(root, ICAL_ANY_COMPONENT)) {
-        const icalcomponent_kind kind = icalcomponent_isa(c);
+    for (icalcomponent* c = ical().icalcomponent_get_first_component(root, ICAL_ANY_COMPONENT); c;
+         c = ical().icalcomponent_get_next_component(root, ICAL_ANY_COMPONENT)) {
+        const icalcomponent_kind kind = ical().icalcomponent_isa(c);
         if (kind != ICAL_VEVENT_COMPONENT && kind != ICAL_VTODO_COMPONENT) continue;
         const std::size_t line = index < lines.size() ? lines[index] : 0;
         ++index;
