@@ -5,6 +5,7 @@
 #include <stdlib.h>
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -63,14 +64,17 @@ BENCHMARK(BM_GenerateToFile)
     ->ReportAggregatesOnly(true)
     ->UseRealTime();
 
-void walk(benchmark::State& state, FILETIME start, FILETIME end) {
+using Walk = long (*)(EntryTable&, FILETIME, FILETIME,
+                      const std::function<bool(const TimeEntry&)>&);
+
+void walk(benchmark::State& state, FILETIME start, FILETIME end, Walk how = walkEntries) {
     ReferenceFixture* f = fixtureOrSkip(state);
     if (!f) return;
     long visited = 0;
     long paid = 0;
     for (auto _ : state) {
         paid = 0;
-        visited = walkEntries(f->entries(), start, end, [&paid](const TimeEntry& e) {
+        visited = how(f->entries(), start, end, [&paid](const TimeEntry& e) {
             paid += e.paid ? 1 : 0;
             return true;
         });
@@ -84,6 +88,17 @@ void BM_WalkAll(benchmark::State& state) {
     walk(state, startOf(referenceFirstDay()), endOf(referenceLastDay()));
 }
 BENCHMARK(BM_WalkAll)
+    ->Unit(benchmark::kMillisecond)
+    ->Repetitions(5)
+    ->ReportAggregatesOnly(true)
+    ->UseRealTime();
+
+// The same as exports and reports walk: the records read on a second
+// connection in a thread of their own while this one decodes and visits.
+void BM_WalkAllReadingAhead(benchmark::State& state) {
+    walk(state, startOf(referenceFirstDay()), endOf(referenceLastDay()), walkEntriesReadingAhead);
+}
+BENCHMARK(BM_WalkAllReadingAhead)
     ->Unit(benchmark::kMillisecond)
     ->Repetitions(5)
     ->ReportAggregatesOnly(true)
