@@ -16,11 +16,12 @@ namespace qb {
 namespace {
 
 // Records travel in chunks, so that the two threads meet once per chunk
-// rather than once per record. Four chunks of about 64 KiB bound what the
+// rather than once per record, and a thread is woken only when it waits.
+// Four chunks of about 128 KiB bound what the
 // reading holds however many records there are (a single record larger than
 // a chunk makes its chunk larger).
 constexpr int kChunks = 4;
-constexpr std::size_t kChunkBytes = 64 * 1024;
+constexpr std::size_t kChunkBytes = 128 * 1024;
 
 struct Chunk {
     struct Item {
@@ -47,6 +48,8 @@ struct RecordReadAhead::Shared {
     std::vector<int> empty;
     bool finished = false;  // the reader has handed over its last chunk
     bool stopping = false;  // the caller wants no more
+    bool readerWaits = false;
+    bool callerWaits = false;
 
     // The reader's own connection, used by the reading thread alone.
     std::unique_ptr<DataFile> file;
@@ -61,7 +64,9 @@ struct RecordReadAhead::Shared {
     // An empty chunk for the reader; -1 once the caller has stopped.
     int takeEmpty() {
         std::unique_lock lock(mutex);
+        readerWaits = true;
         changed.wait(lock, [this] { return stopping || !empty.empty(); });
+        readerWaits = false;
         if (stopping) return -1;
         const int chunk = empty.back();
         empty.pop_back();
@@ -69,6 +74,7 @@ struct RecordReadAhead::Shared {
     }
 
     void handOver(int chunk, bool last) {
+        bool wake = false;
         {
             std::lock_guard lock(mutex);
             if (chunk >= 0 && !chunks[chunk].items.empty()) {
@@ -77,8 +83,9 @@ struct RecordReadAhead::Shared {
                 empty.push_back(chunk);
             }
             finished = last;
+            wake = callerWaits;
         }
-        changed.notify_all();
+        if (wake) changed.notify_all();
     }
 
     void read(CEPROPVAL from, const Wanted& wanted) {
@@ -144,17 +151,21 @@ bool RecordReadAhead::next(CEOID* oid, std::string_view* props) {
                 *props = std::string_view(c.bytes).substr(item.offset, item.size);
                 return true;
             }
+            bool wake = false;
             {
                 std::lock_guard lock(s.mutex);
                 s.chunks[s.current].clear();
                 s.empty.push_back(s.current);
                 s.current = -1;
+                wake = s.readerWaits;
             }
-            s.changed.notify_all();
+            if (wake) s.changed.notify_all();
         }
         if (!s.reader.joinable()) return false;
         std::unique_lock lock(s.mutex);
+        s.callerWaits = true;
         s.changed.wait(lock, [&s] { return s.finished || !s.full.empty(); });
+        s.callerWaits = false;
         if (s.full.empty()) return false;
         s.current = s.full.front();
         s.full.pop_front();
