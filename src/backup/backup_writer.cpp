@@ -349,7 +349,7 @@ int BackupWriter::restoreFile(const std::string& fileName) {
     return ok ? kRestoreDone : kRestoreFailed;
 }
 
-int inspectBackupFile(const std::string& fileName, BackupContents* out, Status* why) {
+int inspectBackupFile(const std::string& fileName, BackupContents* out, Status* why, bool count) {
     auto failed = [why](int result, Status s) {
         if (why) *why = std::move(s);
         return result;
@@ -370,7 +370,11 @@ int inspectBackupFile(const std::string& fileName, BackupContents* out, Status* 
     }
     if (s.isOk()) s = header.u32("kind", &out->kind);
     if (!s.isOk()) return failed(kRestoreFailed, within(kDataVersionStream, s));
-    auto count = [&root](std::u16string_view storage) {
+    if (!count) {
+        if (why) *why = Status::ok();
+        return kRestoreDone;
+    }
+    auto elements = [&root](std::u16string_view storage) {
         long n = 0;
         CompoundStorage inner;
         CompoundEnum elements;
@@ -381,16 +385,14 @@ int inspectBackupFile(const std::string& fileName, BackupContents* out, Status* 
         while (elements.next(&element)) ++n;
         return n;
     };
-    out->entries = count(kRecordsStorage);
-    out->clients = count(kClientsStorage);
+    out->entries = elements(kRecordsStorage);
+    out->clients = elements(kClientsStorage);
     if (why) *why = Status::ok();
     return kRestoreDone;
 }
 
 long storedEntryCount(EntryTable& entries) {
-    long n = 0;
-    for (bool found = entries.seekFirst(); found; found = entries.seekNext()) ++n;
-    return n;
+    return entries.recordCount();
 }
 
 long storedClientCount(MasterTables& masters) {

@@ -84,9 +84,10 @@ struct BackupContents {
     long clients = 0;
 };
 
-// Reads the file's header and counts its entries and clients; adds nothing.
-// One of RestoreResult: kRestoreDone when the file could be read so far.
-int inspectBackupFile(const std::string& fileName, BackupContents* out, Status* why = nullptr);
+// Reads the file's header and, when `count` is true, counts its entries and
+// clients (which reads the whole directory); adds nothing.
+int inspectBackupFile(const std::string& fileName, BackupContents* out, Status* why = nullptr,
+                      bool count = true);
 
 // The entries and clients the store holds now.
 long storedEntryCount(EntryTable& entries);

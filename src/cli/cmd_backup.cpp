@@ -21,15 +21,17 @@ int restoreFailed(CommandContext& ctx, int result) {
 // archive is sent to `archive load`, and adding to entries already here
 // needs --yes.
 int restore(CommandContext& ctx, const std::string& file, bool yes) {
+    const long present = storedEntryCount(ctx.entries());
+    const long clients = storedClientCount(ctx.masters());
+    // The file's counts matter only to the question asked before adding to
+    // entries already here.
     BackupContents contents;
-    int result = inspectBackupFile(file, &contents);
+    int result = inspectBackupFile(file, &contents, nullptr, present > 0);
     if (result != kRestoreDone) return restoreFailed(ctx, result);
     if (contents.kind == kKindEntryArchive) {
         ctx.err << u8(kArchiveGivenToRestoreText) << "\n";
         return kExitFailed;
     }
-    const long present = storedEntryCount(ctx.entries());
-    const long clients = storedClientCount(ctx.masters());
     if (present > 0 && !confirmed(ctx, yes, restoreQuestion(contents.entries, present))) {
         return kExitRefused;
     }

@@ -119,6 +119,19 @@ CEOID ObjectStore::createDatabase(const DatabaseInfo& info) {
     return oid;
 }
 
+long ObjectStore::recordCount(CEOID database) {
+    // Counted in the first sort order's index, which every record is in:
+    // the records themselves are not read.
+    sqlite3_stmt* q = prepare(file_.handle(), "SELECT count(*) FROM records WHERE db=?");
+    if (!q) return -1;
+    file_.releaseSnapshots();
+    sqlite3_bind_int64(q, 1, database);
+    const long n =
+        sqlite3_step(q) == SQLITE_ROW ? static_cast<long>(sqlite3_column_int64(q, 0)) : -1;
+    sqlite3_finalize(q);
+    return n;
+}
+
 bool ObjectStore::deleteDatabase(CEOID database) {
     file_.beforeWrite();
     sqlite3* db = file_.handle();

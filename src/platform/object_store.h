@@ -61,6 +61,8 @@ class ObjectStore {
     std::unique_ptr<Database> openDatabase(CEOID* oid, const std::u16string& name,
                                            std::uint32_t sortProp);
     bool deleteDatabase(CEOID database);
+    // How many records the database holds; -1 when it cannot be read.
+    long recordCount(CEOID database);
 
     DataFile& file() { return file_; }
 

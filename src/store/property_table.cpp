@@ -151,6 +151,12 @@ bool PropertyTable::remove(CEOID oid) {
     return handle_ && handle_->deleteRecord(oid);
 }
 
+long PropertyTable::recordCount() {
+    if (!handle_) return 0;
+    const long n = platform_.objects().recordCount(databaseOid_);
+    return n < 0 ? 0 : n;
+}
+
 bool PropertyTable::removeAllFor(ClientId clientId) {
     CEPROPVAL owner = CEPROPVAL::ui4(kPropClientId, clientId);
     while (seekEqual(owner)) {

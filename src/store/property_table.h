@@ -66,6 +66,8 @@ class PropertyTable {
     bool remove(CEOID oid);
     // Deletes every record whose property 1201 equals the client id.
     bool removeAllFor(ClientId clientId);
+    // How many records the table holds (0 when it is not open).
+    long recordCount();
 
     CEOID currentOid() const { return currentOid_; }
     CEOID databaseOid() const { return databaseOid_; }

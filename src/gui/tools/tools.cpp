@@ -111,8 +111,12 @@ void Tools::restoreBackup() {
     // archive belongs to Archive > Load, and adding to entries already here
     // asks first.
     const std::string path = localPath(file.path);
+    const long present = storedEntryCount(state_.entries());
+    const long clients = storedClientCount(state_.masters());
+    // The file's counts matter only to the question asked before adding to
+    // entries already here.
     BackupContents contents;
-    int result = inspectBackupFile(path, &contents);
+    int result = inspectBackupFile(path, &contents, nullptr, present > 0);
     if (result != kRestoreDone) {
         tell(&window_, restoreMessage(result));
         return;
@@ -121,8 +125,6 @@ void Tools::restoreBackup() {
         warn(&window_, qtText(kArchiveGivenToRestoreText));
         return;
     }
-    const long present = storedEntryCount(state_.entries());
-    const long clients = storedClientCount(state_.masters());
     if (present > 0 && !confirm(&window_, qtText(restoreQuestion(contents.entries, present)),
                                 MessageIcon::kQuestion)) {
         return;
