@@ -2,18 +2,17 @@
 
 #include <sqlite3.h>
 
-#include <cstdlib>
 #include <cstring>
 
 namespace qb {
 namespace {
 
+// The default VFS reads and writes less than 128 KiB in one call.
+constexpr int kBlockBytes = 64 * 1024;
 // A block is read when a page is asked for near the last page that was not
 // in a block: a walk reads forward, a look-up here and there does not and
 // reads its page alone. Two blocks, because a walk steps an index and the
 // table it points into, two places of the file at once.
-// The default VFS reads and writes less than 128 KiB in one call.
-constexpr int kBlockBytes = 64 * 1024;
 constexpr sqlite3_int64 kNear = 4 * kBlockBytes;
 constexpr int kBlocks = 2;
 
@@ -124,6 +123,7 @@ int blockClose(sqlite3_file* f) {
     const int closed = p->real->pMethods->xClose(p->real);
     return written != SQLITE_OK ? written : closed;
 }
+
 // This connection's own write keeps what was read in step with the file.
 void patchBlocks(sqlite3_file* f, const void* data, int amount, sqlite3_int64 offset) {
     for (Block& b : self(f)->blocks) {

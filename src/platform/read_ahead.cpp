@@ -17,9 +17,9 @@ namespace {
 
 // Records travel in chunks, so that the two threads meet once per chunk
 // rather than once per record, and a thread is woken only when it waits.
-// Four chunks of about 128 KiB bound what the
-// reading holds however many records there are (a single record larger than
-// a chunk makes its chunk larger).
+// Four chunks of about 128 KiB bound what the reading holds however many
+// records there are (a single record larger than a chunk makes its chunk
+// larger).
 constexpr int kChunks = 4;
 constexpr std::size_t kChunkBytes = 128 * 1024;
 
