@@ -55,8 +55,6 @@ bool wantsHelp(const std::vector<std::string>& words) {
     return false;
 }
 
-}  // namespace
-
 // A command lives for one operation: memory it frees is better kept for
 // its next allocation than given back to the system and faulted in again.
 // A report of 100,000 entries builds and frees its groups' rows over and
@@ -66,6 +64,8 @@ void keepFreedMemory() {
     mallopt(M_TRIM_THRESHOLD, 64 << 20);
     mallopt(M_MMAP_THRESHOLD, 8 << 20);
 }
+
+}  // namespace
 
 int runCommandLine(int argc, char** argv, DesktopLauncher desktop) {
     std::vector<std::string> words(argv + 1, argv + argc);

@@ -12,12 +12,17 @@ namespace qb {
 
 namespace {
 
-// The walk's next entry, if it lies within the range. Records without a
-// date sort after every dated one, so the first of them ends the walk: such
-// a record belongs to no period.
+// Whether the walk's entry just read lies within the range. Records without
+// a date sort after every dated one, so the first of them ends the walk:
+// such a record belongs to no period. Both walks decide by this.
+bool liesWithin(int read, bool dated, const TimeEntry& entry, FILETIME end) {
+    return read == 0 && dated && entry.date <= end;
+}
+
 bool readWithin(EntryTable& table, FILETIME end, TimeEntry& entry) {
     bool dated = false;
-    return readEntry(table, entry, &dated) == 0 && dated && entry.date <= end;
+    const int read = readEntry(table, entry, &dated);
+    return liesWithin(read, dated, entry, end);
 }
 
 // Whether a record ahead of the walk may still lie within the range. Only
@@ -64,7 +69,8 @@ long walkEntriesReadingAhead(EntryTable& table, FILETIME start, FILETIME end,
     std::string_view props;
     while (ahead.next(&oid, &props)) {
         bool dated = false;
-        if (decodeEntry(props, oid, entry, &dated) != 0 || !dated || entry.date > end) break;
+        const int read = decodeEntry(props, oid, entry, &dated);
+        if (!liesWithin(read, dated, entry, end)) break;
         ++visited;
         if (!visit(entry)) break;
     }
