@@ -4,8 +4,11 @@
 
 #include "backup/backup_layout.h"
 #include "backup/backup_progress.h"
+#include "platform/chunk_pipe.h"
 #include "platform/data_file.h"
+#include "platform/object_store.h"
 #include "platform/platform.h"
+#include "platform/record_codec.h"
 #include "platform/text.h"
 #include "store/master_data.h"
 #include "store/record_props.h"
@@ -194,13 +197,44 @@ bool BackupWriter::openStream(CompoundStorage& storage, std::u16string_view name
     return s.isOk() || fail(within(name, s));
 }
 
-bool BackupWriter::restoreEntry(CompoundStream& record) {
-    TimeEntry entry;
-    FieldReader reader(record);
-    Status s = decodeEntry(reader, &entry);
-    if (!s.isOk()) return fail(s);
-    if (!addEntry(entries_, entry)) return fail(Status::ioError("cannot add a time entry"));
-    return true;
+bool BackupWriter::restoreEntries(CompoundEnum& elements) {
+    // The file is read and its entries made into records on a thread of
+    // their own while this one stores them: each half takes about as long as
+    // the other. Each record follows its element's name, which a failure names.
+    enum Tag : std::uint32_t { kName, kRecord };
+    Status unreadable;  // the reading thread's, looked at once the pipe has ended
+    ChunkPipe pipe;
+    pipe.start([&elements, &unreadable](ChunkPipe& out) {
+        ElementInfo element;
+        CompoundStream record;  // one for all: its buffers serve every entry
+        TimeEntry entry;
+        while (elements.next(&element)) {
+            Status s = elements.openStream(&record);
+            if (s.isOk()) {
+                FieldReader reader(record);
+                s = decodeEntry(reader, &entry);
+            }
+            if (!s.isOk()) {
+                unreadable = within(element.name, s);
+                return;
+            }
+            const std::string props = Database::encodeNew(entryAddValues(entry));
+            const std::string_view name(reinterpret_cast<const char*>(element.name.data()),
+                                        element.name.size() * sizeof(char16_t));
+            if (!out.put(kName, name) || !out.put(kRecord, props)) return;
+        }
+    });
+    std::u16string name;
+    std::uint32_t tag = 0;
+    std::string_view bytes;
+    while (pipe.next(&tag, &bytes)) {
+        if (tag == kName) {
+            assignText(bytes, name);
+        } else if (!entries_.addEncoded(bytes)) {
+            return fail(within(name, Status::ioError("cannot add a time entry")));
+        }
+    }
+    return unreadable.isOk() || fail(unreadable);
 }
 
 bool BackupWriter::restoreClient(CompoundStorage& client) {
@@ -332,16 +366,7 @@ int BackupWriter::restoreFile(const std::string& fileName) {
     s = root.openStorage(kRecordsStorage, &records);
     if (s.isOk()) s = records.enumElements(&elements);
     if (!s.isOk()) ok = fail(within(kRecordsStorage, s));
-    ElementInfo element;
-    CompoundStream record;  // one for all: its buffers serve every entry
-    while (ok && elements.next(&element)) {
-        s = elements.openStream(&record);
-        if (!s.isOk()) ok = fail(within(element.name, s));
-        if (ok && !restoreEntry(record)) {
-            error_ = within(element.name, error_);
-            ok = false;
-        }
-    }
+    ok = ok && restoreEntries(elements);
     ok = ok && restoreClients(root);
     // What was added stays, a failed restore's records too.
     if (batched && !data.commitBatch())

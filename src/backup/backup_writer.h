@@ -48,7 +48,6 @@ class BackupWriter {
     virtual bool writeKind(CompoundStream& dataVersion);
     virtual bool writeEntries(CompoundStorage& records);
     virtual bool writeClients(CompoundStorage& root);
-    virtual bool restoreEntry(CompoundStream& record);
     virtual bool restoreClients(CompoundStorage& root);
     virtual bool acceptKind(std::uint32_t kind) const;
 
@@ -67,6 +66,7 @@ class BackupWriter {
 
   private:
     bool writeClient(CompoundStorage& clients, std::uint32_t number, const ClientRecord& client);
+    bool restoreEntries(CompoundEnum& elements);
     bool restoreClient(CompoundStorage& client);
     bool writeStream(CompoundStorage& storage, std::u16string_view name,
                      const std::vector<std::uint8_t>& bytes);

@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <functional>
 #include <string>
 
 #include "platform/data_file.h"
@@ -152,6 +153,8 @@ bool ObjectStore::deleteDatabase(CEOID database) {
 // A record the scan stands on is read where SQLite holds it; its key and
 // properties are copied only when the scan lets go while standing there.
 struct Database::Impl final : DataFile::Reader {
+    using SortKeyOf = std::function<std::string(std::uint32_t sortProp)>;
+
     DataFile& file;
     CEOID dbOid = 0;
     DatabaseInfo info;
@@ -280,11 +283,11 @@ struct Database::Impl final : DataFile::Reader {
     }
 
     // Binds the record's keys, kept in writeKeys until the write's step is done.
-    void bindKeys(sqlite3_stmt* stmt, int first, const std::vector<CEPROPVAL>& props) {
+    void bindKeys(sqlite3_stmt* stmt, int first, const SortKeyOf& keyOf) {
         for (std::size_t i = 0; i < kMaxSortOrders; ++i) {
             int col = first + static_cast<int>(i);
             if (i < info.sortProps.size()) {
-                writeKeys[i] = recordSortKey(props, info.sortProps[i]);
+                writeKeys[i] = keyOf(info.sortProps[i]);
                 bindBorrowed(stmt, col, writeKeys[i]);
             } else if (i == 0) {
                 writeKeys[i].clear();  // no sort order: record order
@@ -293,6 +296,35 @@ struct Database::Impl final : DataFile::Reader {
                 sqlite3_bind_null(stmt, col);
             }
         }
+    }
+
+    // Writes a new record (`oid` 0) or a record's new properties, which
+    // then becomes the current record.
+    CEOID write(CEOID oid, std::string bytes, const SortKeyOf& keyOf) {
+        file.beforeWrite();
+        sqlite3_stmt* stmt = oid == 0 ? insert : update;
+        if (oid == 0) {
+            sqlite3_bind_int64(stmt, 1, dbOid);
+            bindBorrowed(stmt, 2, bytes);
+            bindKeys(stmt, 3, keyOf);
+        } else {
+            sqlite3_bind_int64(stmt, 1, oid);
+            bindBorrowed(stmt, 2, bytes);
+            bindKeys(stmt, 3, keyOf);
+            sqlite3_bind_int64(stmt, 7, dbOid);
+        }
+        bool ok = sqlite3_step(stmt) == SQLITE_DONE;
+        sqlite3_reset(stmt);
+        sqlite3_clear_bindings(stmt);  // the borrowed bytes go with this call
+        if (!ok) return 0;
+        if (oid == 0) oid = static_cast<CEOID>(sqlite3_last_insert_rowid(file.handle()));
+        hasCurrent = true;
+        currentOid = oid;
+        inScan = false;
+        currentKey = info.sortProps.empty() ? std::string() : keyOf(sortProp);
+        currentProps = std::move(bytes);
+        currentGeneration = file.writeGeneration();
+        return oid;
     }
     std::string writeKeys[kMaxSortOrders];
 };
@@ -461,17 +493,12 @@ CEOID Database::readProps(const std::vector<std::uint32_t>* which, std::vector<C
     return d.currentOid;
 }
 
-CEOID Database::writeProps(CEOID oid, const std::vector<CEPROPVAL>& values) {
-    Impl& d = *impl_;
-    std::vector<CEPROPVAL> props;
-    if (oid != 0) {
-        sqlite3_bind_int64(d.byOid, 1, oid);
-        sqlite3_bind_int64(d.byOid, 2, d.dbOid);
-        bool found = sqlite3_step(d.byOid) == SQLITE_ROW;
-        std::string bytes = found ? columnString(d.byOid, 1) : std::string();
-        sqlite3_reset(d.byOid);
-        if (!found || !decodeProps(bytes, &props)) return 0;
-    }
+namespace {
+
+// The properties of a record after `values` are written to it: a value
+// replaces the property of its id or is added after the others, and one
+// flagged CEDB_PROPDELETE removes it.
+void mergeValues(const std::vector<CEPROPVAL>& values, std::vector<CEPROPVAL>& props) {
     for (const CEPROPVAL& v : values) {
         auto it = props.begin();
         while (it != props.end() && it->propid != v.propid) ++it;
@@ -485,32 +512,36 @@ CEOID Database::writeProps(CEOID oid, const std::vector<CEPROPVAL>& values) {
             props.back().flags = 0;
         }
     }
-    d.file.beforeWrite();
-    std::string bytes = encodeProps(props);
-    sqlite3_stmt* stmt = oid == 0 ? d.insert : d.update;
-    if (oid == 0) {
-        sqlite3_bind_int64(stmt, 1, d.dbOid);
-        bindBorrowed(stmt, 2, bytes);
-        d.bindKeys(stmt, 3, props);
-    } else {
-        sqlite3_bind_int64(stmt, 1, oid);
-        bindBorrowed(stmt, 2, bytes);
-        d.bindKeys(stmt, 3, props);
-        sqlite3_bind_int64(stmt, 7, d.dbOid);
+}
+
+}  // namespace
+
+std::string Database::encodeNew(const std::vector<CEPROPVAL>& values) {
+    std::vector<CEPROPVAL> props;
+    mergeValues(values, props);
+    return encodeProps(props);
+}
+
+CEOID Database::writeProps(CEOID oid, const std::vector<CEPROPVAL>& values) {
+    Impl& d = *impl_;
+    std::vector<CEPROPVAL> props;
+    if (oid != 0) {
+        sqlite3_bind_int64(d.byOid, 1, oid);
+        sqlite3_bind_int64(d.byOid, 2, d.dbOid);
+        bool found = sqlite3_step(d.byOid) == SQLITE_ROW;
+        std::string bytes = found ? columnString(d.byOid, 1) : std::string();
+        sqlite3_reset(d.byOid);
+        if (!found || !decodeProps(bytes, &props)) return 0;
     }
-    bool ok = sqlite3_step(stmt) == SQLITE_DONE;
-    sqlite3_reset(stmt);
-    sqlite3_clear_bindings(stmt);  // the borrowed bytes go with this call
-    if (!ok) return 0;
-    if (oid == 0) oid = static_cast<CEOID>(sqlite3_last_insert_rowid(d.file.handle()));
-    // The record just written becomes the current one.
-    d.hasCurrent = true;
-    d.currentOid = oid;
-    d.inScan = false;
-    d.currentKey = d.info.sortProps.empty() ? std::string() : recordSortKey(props, d.sortProp);
-    d.currentProps = std::move(bytes);
-    d.currentGeneration = d.file.writeGeneration();
-    return oid;
+    mergeValues(values, props);
+    return d.write(oid, encodeProps(props),
+                   [&props](std::uint32_t sortProp) { return recordSortKey(props, sortProp); });
+}
+
+CEOID Database::insertEncoded(std::string_view props) {
+    return impl_->write(0, std::string(props), [props](std::uint32_t sortProp) {
+        return encodedSortKey(props, sortProp);
+    });
 }
 
 bool Database::deleteRecord(CEOID oid) {

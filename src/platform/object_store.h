@@ -94,6 +94,12 @@ class Database {
     // CEDB_PROPDELETE remove the property. The record written becomes the
     // current one. Answers the record's id, or 0.
     CEOID writeProps(CEOID oid, const std::vector<CEPROPVAL>& values);
+    // The encoded properties writeProps stores for a new record of `values`.
+    // Needs no store: another thread may make them for insertEncoded.
+    static std::string encodeNew(const std::vector<CEPROPVAL>& values);
+    // Writes a new record of properties made by encodeNew, as writeProps
+    // writes it from the values.
+    CEOID insertEncoded(std::string_view props);
     bool deleteRecord(CEOID oid);
 
     CEOID databaseOid() const;

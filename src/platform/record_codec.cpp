@@ -42,6 +42,23 @@ void assignText(std::string_view utf16le, std::u16string& out) {
     std::memcpy(out.data(), utf16le.data(), out.size() * 2);
 }
 
+namespace {
+
+void assignValue(const PropView& view, CEPROPVAL& p) {
+    p.propid = view.propid;
+    p.flags = 0;
+    p.num = view.num;
+    p.str.clear();
+    p.blob.clear();
+    if (view.type() == CEVT_LPWSTR) {
+        assignText(view.bytes, p.str);
+    } else if (!PropReader::fixedWidth(view.type())) {
+        p.blob.assign(view.bytes.begin(), view.bytes.end());
+    }
+}
+
+}  // namespace
+
 bool decodeProps(std::string_view bytes, std::vector<CEPROPVAL>* out) {
     // The values already in `out` are reused, buffers and all: reading record
     // after record then allocates nothing.
@@ -50,17 +67,7 @@ bool decodeProps(std::string_view bytes, std::vector<CEPROPVAL>* out) {
     PropView view;
     while (reader.next(view)) {
         if (used == out->size()) out->emplace_back();
-        CEPROPVAL& p = (*out)[used++];
-        p.propid = view.propid;
-        p.flags = 0;
-        p.num = view.num;
-        p.str.clear();
-        p.blob.clear();
-        if (view.type() == CEVT_LPWSTR) {
-            assignText(view.bytes, p.str);
-        } else if (!fixedWidth(view.type())) {
-            p.blob.assign(view.bytes.begin(), view.bytes.end());
-        }
+        assignValue(view, (*out)[used++]);
     }
     if (reader.failed()) return false;
     out->resize(used);
@@ -96,6 +103,18 @@ std::string missingSortKey() {
 std::string recordSortKey(const std::vector<CEPROPVAL>& props, std::uint32_t sortProp) {
     for (const CEPROPVAL& p : props) {
         if (p.propid == sortProp) return sortKeyOf(p);
+    }
+    return missingSortKey();
+}
+
+std::string encodedSortKey(std::string_view props, std::uint32_t sortProp) {
+    PropReader reader(props);
+    PropView view;
+    while (reader.next(view)) {
+        if (view.propid != sortProp) continue;
+        CEPROPVAL value;
+        assignValue(view, value);
+        return sortKeyOf(value);
     }
     return missingSortKey();
 }

@@ -109,5 +109,7 @@ std::string sortKeyOf(const CEPROPVAL& value);
 std::string missingSortKey();
 // The key of a record for a sort order, from its property list.
 std::string recordSortKey(const std::vector<CEPROPVAL>& props, std::uint32_t sortProp);
+// The same from its encoded properties.
+std::string encodedSortKey(std::string_view props, std::uint32_t sortProp);
 
 }  // namespace qb

@@ -142,6 +142,10 @@ bool PropertyTable::add(const std::vector<CEPROPVAL>& values) {
     return handle_ && track(handle_->writeProps(0, values));
 }
 
+bool PropertyTable::addEncoded(std::string_view props) {
+    return handle_ && track(handle_->insertEncoded(props));
+}
+
 bool PropertyTable::update(const std::vector<CEPROPVAL>& values) {
     if (!handle_ || currentOid_ == 0) return false;
     return track(handle_->writeProps(currentOid_, values));

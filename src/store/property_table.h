@@ -62,6 +62,8 @@ class PropertyTable {
     // One property of the current record; 0 when it cannot be read.
     std::uint64_t readOne(std::uint32_t propId);
     bool add(const std::vector<CEPROPVAL>& values);
+    // Adds a record of properties made by Database::encodeNew, on any thread.
+    bool addEncoded(std::string_view props);
     bool update(const std::vector<CEPROPVAL>& values);
     bool remove(CEOID oid);
     // Deletes every record whose property 1201 equals the client id.

@@ -207,15 +207,23 @@ TEST(BackupFileTest, ManyRecordsPassTheStrictCheck) {
     ASSERT_TRUE(createBackupFile(store.entries, store.masters, dir.file("b.qrb")));
     Store again;
     ASSERT_EQ(restoreBackupFile(again.entries, again.masters, dir.file("b.qrb")), kRestoreDone);
-    EXPECT_EQ(again.allEntries().size(), 1500u);
+    // The entries pass from the reading thread in many chunks, all of them in full.
+    const std::vector<TimeEntry> original = store.allEntries();
+    const std::vector<TimeEntry> restored = again.allEntries();
+    ASSERT_EQ(restored.size(), 1500u);
+    for (std::size_t i = 0; i < restored.size(); ++i) {
+        EXPECT_EQ(restored[i].date, original[i].date);
+        EXPECT_EQ(restored[i].client, original[i].client);
+        EXPECT_EQ(restored[i].notes, original[i].notes);
+    }
     QB_DUMP_OR_SKIP(dump, dir.file("b.qrb"));
     EXPECT_EQ(dump.status, 0) << dump.err;
 }
 
 // A file with the given DataVersion words and one entry, made with our
 // own writer.
-std::string versionFile(const TempDir& dir, std::uint32_t version, std::uint32_t kind) {
-    std::string path = dir.file("v" + std::to_string(version) + "k" + std::to_string(kind));
+std::string entriesFile(const std::string& path, std::uint32_t version, std::uint32_t kind,
+                        int entries, int damaged = -1) {
     std::unique_ptr<CompoundFile> file;
     EXPECT_TRUE(CompoundFile::create(path, &file).isOk());
     CompoundStorage root = file->root();
@@ -227,12 +235,21 @@ std::string versionFile(const TempDir& dir, std::uint32_t version, std::uint32_t
     EXPECT_TRUE(root.createStream(kDataVersionStream, &stream).isOk());
     EXPECT_TRUE(stream.write(bytes.data(), bytes.size()).isOk());
     EXPECT_TRUE(root.createStorage(kRecordsStorage, &records).isOk());
-    encodeEntry(entryAt(at(2024, 1, 2)), &bytes);
-    EXPECT_TRUE(records.createStream(u"Record0", &stream).isOk());
-    EXPECT_TRUE(stream.write(bytes.data(), bytes.size()).isOk());
+    for (int i = 0; i < entries; ++i) {
+        encodeEntry(entryAt(at(2024, 1, 2) + FILETIME(i) * 600000000, u"Acme", u"note"), &bytes);
+        if (i == damaged) bytes.resize(bytes.size() / 2);
+        const std::u16string name = u"Record" + utf8ToUtf16(std::to_string(i));
+        EXPECT_TRUE(records.createStream(name, &stream).isOk());
+        EXPECT_TRUE(stream.write(bytes.data(), bytes.size()).isOk());
+    }
     EXPECT_TRUE(root.createStorage(kClientsStorage, &clients).isOk());
     EXPECT_TRUE(file->close().isOk());
     return path;
+}
+
+std::string versionFile(const TempDir& dir, std::uint32_t version, std::uint32_t kind) {
+    return entriesFile(dir.file("v" + std::to_string(version) + "k" + std::to_string(kind)),
+                       version, kind, 1);
 }
 
 TEST(RestoreTest, VersionAndKindDecideWhetherAFileIsTaken) {
@@ -308,6 +325,20 @@ TEST(RestoreTest, DamagedFilesFailAndKeepWhatWasAlreadyAdded) {
     }
     EXPECT_EQ(loadArchiveMessage(kRestoreFailed).text, kArchiveTooOldText);
     EXPECT_EQ(restoreMessage(kRestoreFailed).text, kRestoreFailedText);
+}
+
+// The entries are read on a thread of their own while the store takes them:
+// a record that cannot be read, chunks into the file, fails the restore
+// after every entry before it (in the file's name order) was added.
+TEST(RestoreTest, ADamagedRecordFarIntoTheFileKeepsTheEntriesBeforeIt) {
+    TempDir dir;
+    const std::string path =
+        entriesFile(dir.file("late.qrb"), kBackupVersion, kKindBackup, 3000, 2500);
+    Store store;
+    Status why;
+    EXPECT_EQ(restoreBackupFile(store.entries, store.masters, path, &why), kRestoreFailed);
+    EXPECT_NE(why.message().find("Record2500"), std::string::npos) << why.message();
+    EXPECT_EQ(store.allEntries().size(), 2500u);
 }
 
 // One client "Acme" with one item in each list.

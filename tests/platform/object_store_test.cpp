@@ -231,5 +231,44 @@ TEST_F(ObjectStoreTest, ARecordThatDoesNotDecodeReadsAsAnError) {
     EXPECT_EQ(db->writeProps(oid, person(u"x", 2)), 0u) << "a damaged record is not rewritten";
 }
 
+// A record made on another thread with encodeNew is stored as writeProps
+// stores the values: the same bytes, in the same place of each sort order.
+TEST_F(ObjectStoreTest, EncodedRecordsAreStoredAsWrittenOnes) {
+    const std::vector<std::vector<CEPROPVAL>> records = {
+        person(u"b", 2),
+        person(u"a", 3),
+        {CEPROPVAL::ui4(101, 1)},  // no name: last by name
+        {CEPROPVAL::wstr(100, u"c"), CEPROPVAL::wstr(100, u"d"), CEPROPVAL::ui4(101, 0),
+         CEPROPVAL::fileTime(102, 5).deleted()},
+    };
+    const CEOID writtenOid = store.createDatabase({u"Written", 42, {kName, kNumber}});
+    const CEOID encodedOid = store.createDatabase({u"Encoded", 42, {kName, kNumber}});
+    std::unique_ptr<Database> written[2], encoded[2];
+    const std::uint32_t sorts[2] = {kName, kNumber};
+    for (int i = 0; i < 2; ++i) {
+        CEOID a = writtenOid, b = encodedOid;
+        written[i] = store.openDatabase(&a, u"", sorts[i]);
+        encoded[i] = store.openDatabase(&b, u"", sorts[i]);
+        ASSERT_TRUE(written[i] && encoded[i]);
+    }
+    for (const std::vector<CEPROPVAL>& values : records) {
+        ASSERT_NE(written[0]->writeProps(0, values), 0u);
+        ASSERT_NE(encoded[0]->insertEncoded(Database::encodeNew(values)), 0u);
+    }
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(names(*encoded[i]), names(*written[i]));
+        for (CEOID a = written[i]->seek(CEDB_SEEK_BEGINNING, 0),
+                   b = encoded[i]->seek(CEDB_SEEK_BEGINNING, 0);
+             a != 0 || b != 0; a = written[i]->seek(CEDB_SEEK_CURRENT, 1),
+                   b = encoded[i]->seek(CEDB_SEEK_CURRENT, 1)) {
+            std::string_view bytesA, bytesB;
+            ASSERT_NE(written[i]->readEncoded(&bytesA, nullptr), 0u);
+            ASSERT_NE(encoded[i]->readEncoded(&bytesB, nullptr), 0u);
+            EXPECT_EQ(std::string(bytesA), std::string(bytesB));
+        }
+    }
+    EXPECT_EQ(names(*encoded[0]), (std::vector<std::u16string>{u"a", u"b", u"d", u"-"}));
+}
+
 }  // namespace
 }  // namespace qb
