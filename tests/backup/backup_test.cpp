@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 #include <filesystem>
 
@@ -10,6 +11,8 @@
 #include "backup_support.h"
 #include "platform/calendar.h"
 #include "platform/compound_file.h"
+#include "platform/data_file.h"
+#include "platform/platform.h"
 #include "platform/text.h"
 
 namespace qb {
@@ -339,6 +342,28 @@ TEST(RestoreTest, ADamagedRecordFarIntoTheFileKeepsTheEntriesBeforeIt) {
     EXPECT_EQ(restoreBackupFile(store.entries, store.masters, path, &why), kRestoreFailed);
     EXPECT_NE(why.message().find("Record2500"), std::string::npos) << why.message();
     EXPECT_EQ(store.allEntries().size(), 2500u);
+}
+
+// The store refusing a record stops the restore there, the reading thread
+// with it, and names the record.
+TEST(RestoreTest, ARecordTheStoreRefusesEndsTheRestoreThere) {
+    TempDir dir;
+    const std::string path = entriesFile(dir.file("many.qrb"), kBackupVersion, kKindBackup, 3000);
+    Store store;
+    ASSERT_EQ(sqlite3_exec(store.platform->file().handle(),
+                           "CREATE TEMP TRIGGER refuse BEFORE INSERT ON records "
+                           "WHEN (SELECT count(*) FROM records) >= 1200 "
+                           "BEGIN SELECT RAISE(FAIL, 'full'); END",
+                           nullptr, nullptr, nullptr),
+              SQLITE_OK);
+    const std::size_t before = store.allEntries().size();
+    Status why;
+    EXPECT_EQ(restoreBackupFile(store.entries, store.masters, path, &why), kRestoreFailed);
+    EXPECT_NE(why.message().find("cannot add a time entry"), std::string::npos) << why.message();
+    EXPECT_NE(why.message().find("Record"), std::string::npos) << why.message();
+    const std::size_t added = store.allEntries().size() - before;
+    EXPECT_GT(added, 0u);
+    EXPECT_LT(added, 1200u);
 }
 
 // One client "Acme" with one item in each list.
