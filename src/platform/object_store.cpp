@@ -321,12 +321,21 @@ struct Database::Impl final : DataFile::Reader {
         hasCurrent = true;
         currentOid = oid;
         inScan = false;
-        currentKey = info.sortProps.empty() ? std::string() : keyOf(sortProp);
+        currentKey = info.sortProps.empty() ? std::string() : keptKey(keyOf);
         currentProps = std::move(bytes);
         currentGeneration = file.writeGeneration();
         return oid;
     }
     std::string writeKeys[kMaxSortOrders];
+
+    // The key of the open sort order of the record just written: bound
+    // already when the order is one of the database's.
+    std::string keptKey(const SortKeyOf& keyOf) const {
+        for (std::size_t i = 0; i < info.sortProps.size() && i < kMaxSortOrders; ++i) {
+            if (info.sortProps[i] == sortProp) return writeKeys[i];
+        }
+        return keyOf(sortProp);
+    }
 };
 
 Database::Database(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {}
