@@ -52,7 +52,7 @@ void assignValue(const PropView& view, CEPROPVAL& p) {
     p.blob.clear();
     if (view.type() == CEVT_LPWSTR) {
         assignText(view.bytes, p.str);
-    } else if (!PropReader::fixedWidth(view.type())) {
+    } else if (!fixedWidth(view.type())) {
         p.blob.assign(view.bytes.begin(), view.bytes.end());
     }
 }
