@@ -46,28 +46,36 @@ bool convertsUnitsApart(const std::string& codePage) {
     return true;
 }
 
-// How many units at the start of `text` are ASCII. Blocks of units are
-// tested at once: most of an export is ASCII.
-std::size_t asciiPrefix(std::u16string_view text) {
+// Appends the ASCII units at the start of `text`; answers how many. Most
+// of an export is ASCII, so units are tested and narrowed in blocks, through
+// a buffer of the stack (growing `out` first would fill it with zeros).
+std::size_t appendAscii(std::string& out, std::u16string_view text) {
     constexpr std::size_t kBlock = 16;
+    char narrow[16 * kBlock];
+    std::size_t held = 0;
     const char16_t* in = text.data();
     std::size_t n = 0;
     for (; n + kBlock <= text.size(); n += kBlock) {
         char16_t any = 0;
-        for (std::size_t k = 0; k < kBlock; ++k) any |= in[n + k];
+        for (std::size_t k = 0; k < kBlock; ++k) {
+            any |= in[n + k];
+            narrow[held + k] = static_cast<char>(in[n + k]);
+        }
         if (any >= 0x80) break;
+        held += kBlock;
+        if (held == sizeof narrow) {
+            out.append(narrow, held);
+            held = 0;
+        }
     }
-    while (n < text.size() && in[n] < 0x80) ++n;
-    return n;
-}
-
-// Appends the ASCII units at the start of `text`; answers how many.
-std::size_t appendAscii(std::string& out, std::u16string_view text) {
-    const std::size_t n = asciiPrefix(text);
-    const std::size_t from = out.size();
-    out.resize(from + n);
-    char* to = out.data() + from;
-    for (std::size_t k = 0; k < n; ++k) to[k] = static_cast<char>(text[k]);
+    for (; n < text.size() && in[n] < 0x80; ++n) {
+        if (held == sizeof narrow) {
+            out.append(narrow, held);
+            held = 0;
+        }
+        narrow[held++] = static_cast<char>(in[n]);
+    }
+    out.append(narrow, held);
     return n;
 }
 

@@ -7,6 +7,13 @@
 #include "platform/object_store.h"
 
 namespace qb {
+namespace {
+
+// 32 pages: enough for the cursors of the date index and of the records
+// table, each as deep as a store of any size makes them.
+constexpr const char* kSmallPageCache = "PRAGMA cache_size=32";
+
+}  // namespace
 
 struct RecordReadAhead::Shared {
     // The reader's own connection, used by the reading thread alone; the
@@ -29,6 +36,10 @@ bool RecordReadAhead::start(DataFile& file, CEOID database, std::uint32_t sortPr
         return false;
     }
     if (!DataFile::open(file.path(), &s.file).isOk()) return false;
+    // The walk reads the leaves of the index and of the table forward, each
+    // once (the file's blocks are kept below SQLite): a page cache of the
+    // default 2 MB would only fill fresh memory, page fault by page fault.
+    sqlite3_exec(s.file->handle(), kSmallPageCache, nullptr, nullptr, nullptr);
     s.store = std::make_unique<ObjectStore>(*s.file);
     CEOID oid = database;
     s.database = s.store->openDatabase(&oid, u"", sortProp);

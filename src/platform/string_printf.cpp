@@ -1,6 +1,7 @@
 #include "platform/string_printf.h"
 
 #include <charconv>
+#include <cmath>
 
 #include <cstdarg>
 #include <cstdio>
@@ -45,7 +46,26 @@ char* putHundredths(char* at, std::uint64_t hundredths) {
     return at;
 }
 
+// Below this magnitude the product value × 100 is within 2^-16 of exact.
+constexpr double kScaledExactBelow = 1e9;
+// Products whose fraction lies this close to a half go the slow way.
+constexpr double kTieMargin = 1e-4;
+
 char* putTwoDecimals(char* at, double value) {
+    // Most amounts lie far from a tie at the third decimal. For them the
+    // rounded product in doubles rounds as the exact value does, and the
+    // text is written from whole hundredths; to_chars would spend more on
+    // one amount than the rest of a CSV line costs.
+    const double magnitude = std::fabs(value);
+    if (magnitude < kScaledExactBelow) {
+        const double scaled = magnitude * 100.0;
+        const double whole = std::floor(scaled);
+        const double fraction = scaled - whole;  // exact
+        if (std::fabs(fraction - 0.5) > kTieMargin) {
+            if (std::signbit(value)) *at++ = '-';
+            return putHundredths(at, static_cast<std::uint64_t>(whole) + (fraction > 0.5 ? 1 : 0));
+        }
+    }
     const std::to_chars_result r =
         std::to_chars(at, at + kNumberRoom, value, std::chars_format::fixed, 2);
     if (r.ec == std::errc()) return r.ptr;

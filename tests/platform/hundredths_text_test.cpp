@@ -34,10 +34,37 @@ std::string twoDecimalsOf(double value) {
 // Amounts and sums are doubles; the writers' "%.2f" must round exactly as
 // printf does, ties of binary fractions (0.125, 2.675) included.
 TEST(TwoDecimals, IsWhatPrintfWrites) {
-    for (double v : {0.0, -0.0, 0.005, 0.015, 0.125, 0.375, 2.675, 1.005, 0.994999, 0.995, -1.235,
-                     1e15 + 0.125, 1e22, 1.7976931348623157e308, 5e-324,
+    for (double v : {0.0,
+                     -0.0,
+                     0.005,
+                     0.015,
+                     0.125,
+                     0.375,
+                     2.675,
+                     1.005,
+                     0.994999,
+                     0.995,
+                     -1.235,
+                     -0.001,
+                     -0.005,
+                     0.004999999999,
+                     0.0050000001,
+                     12.344999999999,
+                     12.345,
+                     999999999.995,
+                     999999999.985,
+                     1e9,
+                     1e9 + 0.005,
+                     1e9 + 0.015,
+                     std::nextafter(0.125, 0.0),
+                     std::nextafter(0.125, 1.0),
+                     1e15 + 0.125,
+                     1e22,
+                     1.7976931348623157e308,
+                     5e-324,
                      std::numeric_limits<double>::infinity(),
-                     -std::numeric_limits<double>::infinity(), std::nan("")}) {
+                     -std::numeric_limits<double>::infinity(),
+                     std::nan("")}) {
         EXPECT_EQ(twoDecimalsOf(v), stringPrintf("%.2f", v)) << v;
     }
     // Amounts as the entries make them: rate × hours, and sums of those.
