@@ -2,6 +2,7 @@
 
 #include "entry/entry_amount.h"
 #include "entry/note_text.h"
+#include "export/code_page_text.h"
 #include "export/export_file.h"
 #include "platform/calendar.h"
 #include "platform/string_printf.h"
@@ -110,28 +111,33 @@ std::u16string csvLine(const TimeEntry& entry, const ExportSettings& env) {
     return line;
 }
 
+namespace {
+
+// The file's bytes of each entry: its line in the code page.
+class CsvBytes final : public EntryBytes {
+  public:
+    explicit CsvBytes(const ExportSettings& env) : lines_(env), text_(env.codePage) {}
+    void append(const TimeEntry& entry, std::string& out) override {
+        line_.clear();
+        lines_.append(entry, line_);
+        text_.append(out, line_);
+    }
+
+  private:
+    CsvLines lines_;
+    CodePageText text_;
+    std::u16string line_;
+};
+
+}  // namespace
+
 bool ExportCsv(EntryTable& table, const std::string& fileName, const EntryFilter& filter,
                const ExportSettings& env, std::string* error) {
     ExportFile file(fileName, env.codePage);
     if (file.create() && file.writeConverted(csvHeader(env.settings))) {
-        // Lines go to the file in batches of whole lines: one write per line
-        // would spend most of the export in the kernel.
-        constexpr std::size_t kBatchBytes = 1 << 16;
-        std::string batch;
-        batch.reserve(kBatchBytes + 4096);
-        CsvLines lines(env);
-        std::u16string line;
-        walkMatching(table, filter, [&](const TimeEntry& e) {
-            line.clear();
-            lines.append(e, line);
-            file.appendConverted(batch, line);
-            if (batch.size() >= kBatchBytes) {
-                file.writeRaw(batch.data(), batch.size());
-                batch.clear();
-            }
-            return file.ok();
-        });
-        file.writeRaw(batch.data(), batch.size());
+        writeMatching(
+            table, filter, [&env] { return std::make_unique<CsvBytes>(env); },
+            [&file](std::string_view bytes) { return file.writeNarrow(bytes); });
         file.finish();
     }
     if (error) *error = file.error();

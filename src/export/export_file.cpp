@@ -4,8 +4,6 @@
 #include <bit>
 #include <cstring>
 
-#include "platform/text.h"
-
 namespace qb {
 namespace {
 
@@ -16,76 +14,11 @@ constexpr std::size_t kConvertChunk = 1 << 16;
 bool isHighSurrogate(char16_t c) {
     return c >= 0xD800 && c <= 0xDBFF;
 }
-bool isLowSurrogate(char16_t c) {
-    return c >= 0xDC00 && c <= 0xDFFF;
-}
-bool isSurrogate(char16_t c) {
-    return c >= 0xD800 && c <= 0xDFFF;
-}
-
-bool keepsAscii(const std::string& codePage) {
-    std::u16string ascii;
-    std::string expected;
-    for (char c = 1; c < 0x7F; ++c) {
-        ascii += static_cast<char16_t>(c);
-        expected += c;
-    }
-    return toAnsi(ascii, codePage) == expected;
-}
-
-// Shift states (ISO-2022) and the like make a run's bytes differ from its
-// units' bytes one by one; such code pages convert whole runs.
-bool convertsUnitsApart(const std::string& codePage) {
-    for (std::u16string_view pair :
-         {u"\u00e9\u00f6", u"\u65e5\u672c", u"\u0410\u0411", u"\u20ac\u00a0", u"\uac00\u3042"}) {
-        if (toAnsi(pair, codePage) !=
-            toAnsi(pair.substr(0, 1), codePage) + toAnsi(pair.substr(1), codePage)) {
-            return false;
-        }
-    }
-    return true;
-}
-
-// Appends the ASCII units at the start of `text`; answers how many. Most
-// of an export is ASCII, so units are tested and narrowed in blocks, through
-// a buffer of the stack (growing `out` first would fill it with zeros).
-std::size_t appendAscii(std::string& out, std::u16string_view text) {
-    constexpr std::size_t kBlock = 16;
-    char narrow[16 * kBlock];
-    std::size_t held = 0;
-    const char16_t* in = text.data();
-    std::size_t n = 0;
-    for (; n + kBlock <= text.size(); n += kBlock) {
-        char16_t any = 0;
-        for (std::size_t k = 0; k < kBlock; ++k) {
-            any |= in[n + k];
-            narrow[held + k] = static_cast<char>(in[n + k]);
-        }
-        if (any >= 0x80) break;
-        held += kBlock;
-        if (held == sizeof narrow) {
-            out.append(narrow, held);
-            held = 0;
-        }
-    }
-    for (; n < text.size() && in[n] < 0x80; ++n) {
-        if (held == sizeof narrow) {
-            out.append(narrow, held);
-            held = 0;
-        }
-        narrow[held++] = static_cast<char>(in[n]);
-    }
-    out.append(narrow, held);
-    return n;
-}
 
 }  // namespace
 
 ExportFile::ExportFile(std::string fileName, std::string codePage)
-    : out_(std::move(fileName)),
-      codePage_(std::move(codePage)),
-      asciiAsIs_(keepsAscii(codePage_)),
-      unitsApart_(asciiAsIs_ && convertsUnitsApart(codePage_)) {}
+    : out_(std::move(fileName)), text_(std::move(codePage)) {}
 
 bool ExportFile::create() {
     return out_.open().isOk();
@@ -99,48 +32,6 @@ bool ExportFile::writeWide(std::u16string_view text) {
     // UTF-16LE is how this system's hosts hold the text already.
     static_assert(std::endian::native == std::endian::little);
     return writeRaw(text.data(), text.size() * sizeof(char16_t));
-}
-
-std::string_view ExportFile::unitBytes(char16_t unit) const {
-    if (units_.empty()) units_.resize(std::size_t{1} << 16);
-    UnitBytes& known = units_[unit];
-    if (known.size == 0) {
-        unitScratch_ = toAnsi(std::u16string_view(&unit, 1), codePage_);
-        if (unitScratch_.empty() || unitScratch_.size() > sizeof known.bytes) return unitScratch_;
-        known.size = static_cast<std::uint8_t>(unitScratch_.size());
-        std::memcpy(known.bytes, unitScratch_.data(), unitScratch_.size());
-    }
-    return {known.bytes, known.size};
-}
-
-void ExportFile::appendConverted(std::string& out, std::u16string_view text) const {
-    std::size_t i = 0;
-    while (i < text.size()) {
-        // Exports are mostly ASCII, so only the other characters go through
-        // the converter (once each where the code page allows); it would
-        // cost more than the rest of the export.
-        if (asciiAsIs_) {
-            i += appendAscii(out, text.substr(i));
-            if (i == text.size()) break;
-        }
-        if (unitsApart_ && !isSurrogate(text[i])) {
-            out += unitBytes(text[i++]);
-            continue;
-        }
-        std::size_t j = i;
-        while (j < text.size() && (!asciiAsIs_ || text[j] >= 0x80) && !isSurrogate(text[j])) ++j;
-        if (j > i) out += toAnsi(text.substr(i, j - i), codePage_);
-        i = j;
-        if (i < text.size() && isSurrogate(text[i])) {
-            // A pair the code page maps (UTF-8) goes as its bytes; otherwise
-            // each half is a '?' of its own.
-            const bool pair =
-                isHighSurrogate(text[i]) && i + 1 < text.size() && isLowSurrogate(text[i + 1]);
-            const std::string bytes = pair ? toAnsi(text.substr(i, 2), codePage_) : std::string();
-            out += bytes.empty() || bytes == "?" ? std::string(pair ? 2 : 1, '?') : bytes;
-            i += pair ? 2 : 1;
-        }
-    }
 }
 
 bool ExportFile::writeConverted(std::u16string_view text) {

@@ -28,6 +28,9 @@ class MarkupWriter {
     void text(std::u16string_view text);
     // Closes the innermost open element.
     void end();
+    // The innermost open element gets content written elsewhere (elements of
+    // another writer, which start at its depth 0): closes its start tag.
+    void contentFollows() { closeStartTag(); }
 
     struct Attribute {
         std::u16string_view name;

@@ -2,6 +2,7 @@
 
 #include "entry/entry_amount.h"
 #include "entry/note_text.h"
+#include "export/code_page_text.h"
 #include "export/export_file.h"
 #include "export/markup_writer.h"
 #include "platform/calendar.h"
@@ -14,9 +15,6 @@ namespace {
 
 constexpr std::u16string_view kLabels[] = {u"(Default)",  u"UTF-8", u"UTF-16",
                                            u"ISO-8859-1", u"Big-5", u"Shift-JIS"};
-
-// Markup is written to the file in pieces of about this many code units.
-constexpr std::size_t kDrainUnits = 1 << 15;
 
 }  // namespace
 
@@ -90,6 +88,34 @@ void XmlItems::write(MarkupWriter& out, const TimeEntry& e) {
     out.end();
 }
 
+namespace {
+
+// The file's bytes of each entry: its item, in the file's encoding.
+class XmlBytes final : public EntryBytes {
+  public:
+    explicit XmlBytes(const ExportSettings& env)
+        : items_(env), wide_(env.settings.encoding == kEncodingUtf16), bytes_(env.codePage) {}
+    void append(const TimeEntry& entry, std::string& out) override {
+        text_.clear();
+        items_.write(markup_, entry);
+        if (wide_) {
+            out.append(reinterpret_cast<const char*>(text_.data()),
+                       text_.size() * sizeof(char16_t));
+        } else {
+            bytes_.append(out, text_);
+        }
+    }
+
+  private:
+    XmlItems items_;
+    bool wide_;
+    CodePageText bytes_;
+    std::u16string text_;
+    MarkupWriter markup_{text_};
+};
+
+}  // namespace
+
 bool ExportXml(EntryTable& table, const std::string& fileName, const EntryFilter& filter,
                const ExportSettings& env, std::string* error) {
     ExportFile file(fileName, env.codePage);
@@ -110,12 +136,18 @@ bool ExportXml(EntryTable& table, const std::string& fileName, const EntryFilter
         };
         MarkupWriter out(text);
         out.start(u"ITEMS");
-        XmlItems items(env);
-        walkMatching(table, filter, [&](const TimeEntry& e) {
-            items.write(out, e);
-            if (text.size() >= kDrainUnits) drain();
-            return file.ok();
-        });
+        bool items = false;
+        writeMatching(
+            table, filter, [&env] { return std::make_unique<XmlBytes>(env); },
+            [&](std::string_view bytes) {
+                if (!items) {
+                    // The items are written by writers of their own.
+                    out.contentFollows();
+                    drain();
+                    items = true;
+                }
+                return file.writeNarrow(bytes);
+            });
         out.end();
         drain();
         file.finish();

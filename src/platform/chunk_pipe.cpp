@@ -1,5 +1,6 @@
 #include "platform/chunk_pipe.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
@@ -39,7 +40,8 @@ struct ChunkPipe::Shared {
     std::mutex mutex;
     std::condition_variable changed;
     Chunk chunks[kChunks];
-    std::deque<int> full;  // filled chunks, in the order made
+    std::deque<int> full;            // filled chunks, in the order made
+    std::atomic<int> fullCount = 0;  // full.size(), for a look without the lock
     std::vector<int> empty;
     bool finished = false;  // the maker has handed over its last chunk
     bool stopping = false;  // the caller wants no more
@@ -71,6 +73,7 @@ struct ChunkPipe::Shared {
             std::lock_guard lock(mutex);
             if (chunk >= 0 && !chunks[chunk].items.empty()) {
                 full.push_back(chunk);
+                fullCount.store(static_cast<int>(full.size()), std::memory_order_relaxed);
             } else if (chunk >= 0) {
                 empty.push_back(chunk);
             }
@@ -149,8 +152,13 @@ bool ChunkPipe::next(std::uint32_t* tag, std::string_view* bytes) {
         if (s.full.empty()) return false;
         s.current = s.full.front();
         s.full.pop_front();
+        s.fullCount.store(static_cast<int>(s.full.size()), std::memory_order_relaxed);
         s.position = 0;
     }
+}
+
+int ChunkPipe::waiting() const {
+    return shared_->fullCount.load(std::memory_order_relaxed);
 }
 
 }  // namespace qb

@@ -36,6 +36,10 @@ class ChunkPipe {
     // False at the end.
     bool next(std::uint32_t* tag, std::string_view* bytes);
 
+    // Chunks handed over and not yet taken by the caller: a maker that
+    // finds some waiting is ahead of the caller.
+    int waiting() const;
+
   private:
     struct Shared;
     std::unique_ptr<Shared> shared_;

@@ -13,6 +13,9 @@ namespace {
 // table, each as deep as a store of any size makes them.
 constexpr const char* kSmallPageCache = "PRAGMA cache_size=32";
 
+// The caller has fallen behind when this many chunks wait for it.
+constexpr int kCallerBehind = 1;
+
 }  // namespace
 
 struct RecordReadAhead::Shared {
@@ -29,7 +32,7 @@ RecordReadAhead::RecordReadAhead() : shared_(std::make_unique<Shared>()) {}
 RecordReadAhead::~RecordReadAhead() = default;
 
 bool RecordReadAhead::start(DataFile& file, CEOID database, std::uint32_t sortProp,
-                            const CEPROPVAL& from, Wanted wanted) {
+                            const CEPROPVAL& from, Wanted wanted, Finish finish) {
     Shared& s = *shared_;
     if (s.database || file.path().empty() || file.path() == ":memory:" ||
         sqlite3_get_autocommit(file.handle()) == 0) {
@@ -44,20 +47,27 @@ bool RecordReadAhead::start(DataFile& file, CEOID database, std::uint32_t sortPr
     CEOID oid = database;
     s.database = s.store->openDatabase(&oid, u"", sortProp);
     if (!s.database) return false;
-    s.pipe.start([&s, from, wanted = std::move(wanted)](ChunkPipe& pipe) {
-        Database& records = *s.database;
-        for (CEOID at = records.seek(CEDB_SEEK_VALUEGREATER, 0, &from); at != 0;
-             at = records.seek(CEDB_SEEK_CURRENT, 1)) {
-            std::string_view props;
-            long error = 0;
-            if (records.readEncoded(&props, &error) == 0 || !wanted(props) ||
-                !pipe.put(at, props)) {
-                break;
+    s.pipe.start(
+        [&s, from, wanted = std::move(wanted), finish = std::move(finish)](ChunkPipe& pipe) {
+            Database& records = *s.database;
+            std::string made;
+            for (CEOID at = records.seek(CEDB_SEEK_VALUEGREATER, 0, &from); at != 0;
+                 at = records.seek(CEDB_SEEK_CURRENT, 1)) {
+                std::string_view props;
+                long error = 0;
+                if (records.readEncoded(&props, &error) == 0 || !wanted(props)) break;
+                if (finish && pipe.waiting() >= kCallerBehind) {
+                    made.clear();
+                    if (finish(at, props, &made)) {
+                        if (!made.empty() && !pipe.put(kFinished, made)) break;
+                        continue;
+                    }
+                }
+                if (!pipe.put(at, props)) break;
             }
-        }
-        // Let go of the snapshot before the caller may write again.
-        s.database.reset();
-    });
+            // Let go of the snapshot before the caller may write again.
+            s.database.reset();
+        });
     return true;
 }
 

@@ -77,6 +77,62 @@ long walkEntriesReadingAhead(EntryTable& table, FILETIME start, FILETIME end,
     return visited;
 }
 
+void writeEntriesReadingAhead(EntryTable& table, FILETIME start, FILETIME end,
+                              const MakeEntryBytes& make,
+                              const std::function<bool(std::string_view bytes)>& take) {
+    // The caller's bytes go to `take` in pieces of about this size.
+    constexpr std::size_t kPiece = 1 << 16;
+    std::string piece;
+    const std::unique_ptr<EntryBytes> writer = make();
+    const auto add = [&](const TimeEntry& e) {
+        writer->append(e, piece);
+        if (piece.size() < kPiece) return true;
+        const bool more = take(piece);
+        piece.clear();
+        return more;
+    };
+    // The reading thread's writer and entry, used there alone.
+    std::unique_ptr<EntryBytes> aheadWriter;
+    TimeEntry aheadEntry;
+    const auto finish = [&](CEOID oid, std::string_view props, std::string* made) {
+        bool dated = false;
+        const int read = decodeEntry(props, oid, aheadEntry, &dated);
+        // The entry that ends the walk is the caller's to see.
+        if (!liesWithin(read, dated, aheadEntry, end)) return false;
+        if (!aheadWriter) aheadWriter = make();
+        aheadWriter->append(aheadEntry, *made);
+        return true;
+    };
+    RecordReadAhead ahead;
+    bool more = true;
+    if (!table.isOpen() ||
+        !ahead.start(
+            table.platform().file(), table.databaseOid(), kDateSort,
+            CEPROPVAL::fileTime(kPropDate, start),
+            [end](std::string_view props) { return mayLieWithin(props, end); }, finish)) {
+        walkEntries(table, start, end, add);
+    } else {
+        TimeEntry entry;
+        CEOID oid = 0;
+        std::string_view props;
+        while (more && ahead.next(&oid, &props)) {
+            if (oid == RecordReadAhead::kFinished) {
+                piece.append(props);
+                if (piece.size() >= kPiece) {
+                    more = take(piece);
+                    piece.clear();
+                }
+                continue;
+            }
+            bool dated = false;
+            const int read = decodeEntry(props, oid, entry, &dated);
+            if (!liesWithin(read, dated, entry, end)) break;
+            more = add(entry);
+        }
+    }
+    if (more && !piece.empty()) take(piece);
+}
+
 long walkAndDelete(EntryTable& table, FILETIME start, FILETIME end,
                    const std::function<bool(const TimeEntry&)>& visit) {
     long deleted = 0;

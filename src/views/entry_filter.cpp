@@ -115,12 +115,43 @@ EntryFilter unpaidOnlyFilter() {
     return f;
 }
 
+namespace {
+
+// A file's writer that leaves out the entries the filter does not pass.
+class MatchingBytes final : public EntryBytes {
+  public:
+    MatchingBytes(const EntryFilter& filter, std::unique_ptr<EntryBytes> all)
+        : filter_(filter), all_(std::move(all)) {}
+    void append(const TimeEntry& entry, std::string& out) override {
+        if (filter_.matchesBesidesDates(entry)) all_->append(entry, out);
+    }
+
+  private:
+    const EntryFilter& filter_;
+    std::unique_ptr<EntryBytes> all_;
+};
+
+// The range of the walk: the filter's dates, or every date.
+FILETIME walkStart(const EntryFilter& filter) {
+    return filter.hasDateRange() ? filter.rangeStart() : 0;
+}
+FILETIME walkEnd(const EntryFilter& filter) {
+    return filter.hasDateRange() ? filter.rangeEnd() : ~FILETIME{0};
+}
+
+}  // namespace
+
+void writeMatching(EntryTable& table, const EntryFilter& filter, const MakeEntryBytes& make,
+                   const std::function<bool(std::string_view bytes)>& take) {
+    writeEntriesReadingAhead(
+        table, walkStart(filter), walkEnd(filter),
+        [&filter, &make] { return std::make_unique<MatchingBytes>(filter, make()); }, take);
+}
+
 long walkMatching(EntryTable& table, const EntryFilter& filter,
                   const std::function<bool(const TimeEntry&)>& visit) {
-    FILETIME from = filter.hasDateRange() ? filter.rangeStart() : 0;
-    FILETIME to = filter.hasDateRange() ? filter.rangeEnd() : ~FILETIME{0};
     long passed = 0;
-    walkEntriesReadingAhead(table, from, to, [&](const TimeEntry& e) {
+    walkEntriesReadingAhead(table, walkStart(filter), walkEnd(filter), [&](const TimeEntry& e) {
         if (!filter.matchesBesidesDates(e)) return true;
         ++passed;
         return visit(e);

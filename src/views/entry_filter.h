@@ -7,8 +7,10 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 
 #include "platform/win_types.h"
+#include "store/entry_walk.h"
 
 namespace qb {
 
@@ -54,5 +56,10 @@ EntryFilter unpaidOnlyFilter();
 // Walks the entries of the filter's date range that pass it, in date order.
 long walkMatching(EntryTable& table, const EntryFilter& filter,
                   const std::function<bool(const TimeEntry&)>& visit);
+
+// The same walk for a file of the entries that pass: the bytes `make`'s
+// writers make of them go to `take` as writeEntriesReadingAhead hands them.
+void writeMatching(EntryTable& table, const EntryFilter& filter, const MakeEntryBytes& make,
+                   const std::function<bool(std::string_view bytes)>& take);
 
 }  // namespace qb

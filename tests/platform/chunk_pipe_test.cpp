@@ -81,5 +81,31 @@ TEST(ChunkPipeTest, APipeNeverReadFromStopsItsMaker) {
     EXPECT_LE(made.load(), 4 * (128 * 1024 / 4096 + 1));
 }
 
+// The maker learns how far ahead of the caller it is: chunks handed over
+// count until the caller takes them.
+TEST(ChunkPipeTest, TheMakerSeesTheChunksWaitingForTheCaller) {
+    constexpr int kChunkBytes = 128 * 1024;
+    std::atomic<int> seenAtEnd = -1;
+    std::atomic<bool> threeMade = false;
+    ChunkPipe pipe;
+    pipe.start([&](ChunkPipe& out) {
+        const int before = out.waiting();
+        for (int chunk = 0; chunk < 3; ++chunk) out.put(1, std::string(kChunkBytes, 'z'));
+        seenAtEnd = before;
+        threeMade = true;
+        threeMade.notify_all();
+    });
+    threeMade.wait(false);
+    EXPECT_EQ(seenAtEnd.load(), 0);
+    EXPECT_EQ(pipe.waiting(), 3);
+    std::uint32_t tag = 0;
+    std::string_view bytes;
+    ASSERT_TRUE(pipe.next(&tag, &bytes));
+    EXPECT_EQ(pipe.waiting(), 2);
+    while (pipe.next(&tag, &bytes)) {
+    }
+    EXPECT_EQ(pipe.waiting(), 0);
+}
+
 }  // namespace
 }  // namespace qb

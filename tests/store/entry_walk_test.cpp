@@ -3,9 +3,12 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "platform/calendar.h"
@@ -47,6 +50,63 @@ std::vector<Seen> walkWith(Walk walk, EntryTable& table, FILETIME from, FILETIME
     return seen;
 }
 
+std::string lineOf(const Seen& s) {
+    return std::to_string(s.oid) + ' ' + std::to_string(s.date) + ' ' +
+           std::string(s.client.begin(), s.client.end()) + ' ' + std::to_string(s.noteBytes) + '\n';
+}
+
+// A file's writer that writes what the walk of walkWith records, and counts
+// the entries it wrote on a thread other than the caller's. The caller's
+// writer may be slow, so that the reading thread falls to making entries.
+class SeenBytes final : public EntryBytes {
+  public:
+    SeenBytes(std::thread::id caller, bool slowCaller, std::atomic<int>* elsewhere)
+        : caller_(caller), slowCaller_(slowCaller), elsewhere_(elsewhere) {}
+    void append(const TimeEntry& e, std::string& out) override {
+        if (std::this_thread::get_id() != caller_) {
+            ++*elsewhere_;
+        } else if (slowCaller_) {
+            const auto until = std::chrono::steady_clock::now() + std::chrono::microseconds(50);
+            while (std::chrono::steady_clock::now() < until) {
+            }
+        }
+        out += lineOf({e.recordOid, e.date, e.client, e.notes.size()});
+    }
+
+  private:
+    std::thread::id caller_;
+    bool slowCaller_;
+    std::atomic<int>* elsewhere_;
+};
+
+std::string textOf(const std::vector<Seen>& seen) {
+    std::string text;
+    for (const Seen& s : seen) text += lineOf(s);
+    return text;
+}
+
+struct Written {
+    std::string text;
+    int elsewhere = 0;  // entries made on the reading thread
+};
+
+Written writeAhead(EntryTable& table, FILETIME from, FILETIME to, bool slowCaller = false,
+                   std::size_t stopAfterBytes = SIZE_MAX) {
+    std::atomic<int> elsewhere = 0;
+    const std::thread::id caller = std::this_thread::get_id();
+    Written written;
+    writeEntriesReadingAhead(
+        table, from, to,
+        [&] { return std::make_unique<SeenBytes>(caller, slowCaller, &elsewhere); },
+        [&](std::string_view bytes) {
+            EXPECT_FALSE(bytes.empty());
+            written.text += bytes;
+            return written.text.size() < stopAfterBytes;
+        });
+    written.elsewhere = elsewhere;
+    return written;
+}
+
 // A store in a file (the read-ahead needs a second connection to it) with
 // enough entries, several a day and added out of date order, that the
 // records cross many of the read-ahead's chunks and the file's blocks.
@@ -75,9 +135,19 @@ class EntryWalkTest : public ::testing::Test {
         ASSERT_TRUE(platform->file().commitBatch());
     }
 
+    // After a walk: its reading thread has let go of the store.
+    bool storeTakesAWrite() {
+        TimeEntry e;
+        e.client = u"After";
+        e.task = u"Task";
+        e.date = at(2026, 6, 1);
+        return addEntry(*table, e);
+    }
+
     void expectSameWalks(FILETIME from, FILETIME to) {
         const std::vector<Seen> plain = walkWith(walkEntries, *table, from, to);
         EXPECT_EQ(walkWith(walkEntriesReadingAhead, *table, from, to), plain);
+        EXPECT_EQ(writeAhead(*table, from, to).text, textOf(plain));
     }
 };
 
@@ -91,16 +161,36 @@ TEST_F(EntryWalkTest, ReadingAheadGivesWhatTheWalkGives) {
     expectSameWalks(at(2027, 1, 1), at(2027, 12, 31));               // after every entry
 }
 
+// However the making divides between the threads, the file's bytes come in
+// date order; a caller that stops gets no more, and the store is free at once.
+TEST_F(EntryWalkTest, WritingAheadSharesTheWorkAndKeepsTheOrder) {
+    const std::string all = textOf(walkWith(walkEntries, *table, 0, ~FILETIME{0}));
+    const Written shared = writeAhead(*table, 0, ~FILETIME{0}, true);
+    EXPECT_EQ(shared.text, all);
+    EXPECT_GT(shared.elsewhere, 0) << "a slow caller leaves entries to the reading thread";
+    EXPECT_LT(shared.elsewhere, 3000);
+
+    const Written stopped = writeAhead(*table, 0, ~FILETIME{0}, true, 1);
+    EXPECT_LT(stopped.text.size(), all.size());
+    EXPECT_EQ(all.compare(0, stopped.text.size(), stopped.text), 0);
+    EXPECT_TRUE(storeTakesAWrite());
+}
+
+// Where no second connection can read (a batch open), the caller makes all.
+TEST_F(EntryWalkTest, WritingAheadInABatchMakesEverythingOnTheCaller) {
+    ASSERT_TRUE(platform->file().beginBatch());
+    const Written written = writeAhead(*table, 0, ~FILETIME{0});
+    EXPECT_EQ(written.text, textOf(walkWith(walkEntries, *table, 0, ~FILETIME{0})));
+    EXPECT_EQ(written.elsewhere, 0);
+    platform->file().rollbackBatch();
+}
+
 TEST_F(EntryWalkTest, ReadingAheadStopsWhenTheVisitorDoes) {
     const std::vector<Seen> plain = walkWith(walkEntries, *table, 0, ~FILETIME{0}, 10);
     ASSERT_EQ(plain.size(), 10u);
     EXPECT_EQ(walkWith(walkEntriesReadingAhead, *table, 0, ~FILETIME{0}, 10), plain);
     // The reading thread is told to stop and is joined: the store takes a write at once.
-    TimeEntry e;
-    e.client = u"After";
-    e.task = u"Task";
-    e.date = at(2026, 6, 1);
-    EXPECT_TRUE(addEntry(*table, e));
+    EXPECT_TRUE(storeTakesAWrite());
 }
 
 TEST_F(EntryWalkTest, ReadingAheadSeesTheWritesOfAnOpenBatch) {
