@@ -57,4 +57,8 @@ class RecordReadAhead {
     std::unique_ptr<Shared> shared_;
 };
 
+// The test seam: the reading thread finishes every other record, behind or
+// not, so that tests see the work shared in every pattern. Off by default.
+void setReadAheadFinishesEveryOther(bool on);
+
 }  // namespace qb

@@ -71,7 +71,10 @@ void GroupKey::sort(std::vector<TimeEntry>& entries) const {
 }
 
 bool GroupKey::startsGroup(const TimeEntry& entry) {
-    Value v = valueOf(entry);
+    return startsGroup(valueOf(entry));
+}
+
+bool GroupKey::startsGroup(Value v) {
     if (started_ && v == current_) return false;
     started_ = true;
     current_ = std::move(v);

@@ -37,6 +37,8 @@ class GroupKey {
         auto operator<=>(const Value&) const = default;
     };
     Value valueOf(const TimeEntry& entry) const;
+    // startsGroup for an entry's key.
+    bool startsGroup(Value value);
 
   private:
     int field_;  // report field number, -1 for none

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <map>
 #include "entry/entry_amount.h"
+#include "export/code_page_text.h"
 #include "export/export_file.h"
 
 #include "export/markup_writer.h"
@@ -56,6 +57,20 @@ struct FooterSums {
         }
     }
 };
+
+// What the sums need of an entry, kept with its row.
+struct RowSums {
+    double amount;
+    std::uint16_t duration;
+    bool billable;
+    bool paid;
+};
+
+void addRow(const RowSums& row, Sums& sums, FooterSums& footer) {
+    sums.hours += row.duration * 0.01;
+    sums.amount += row.amount;
+    footer.add(row.billable, row.paid, row.duration, row.amount);
+}
 
 // The page's markup on its way to the file.
 class PageOut {
@@ -209,6 +224,95 @@ void groupHeading(MarkupWriter& doc, const ReportRequest& request, const std::u1
     }
 }
 
+// A row as the writers make it, on whichever thread: its sums, its group's
+// key, the group's heading and the row's bytes in the code page. A writer
+// makes the heading only where its key differs from that of the row it made
+// before: the first row of a group in date order always is such a row.
+struct MadeRow {
+    RowSums sums;
+    GroupKey::Value value;
+    std::u16string heading;
+    std::string_view bytes;
+};
+
+// How a made row travels: this, the key's text, the heading, the bytes.
+struct MadeRowHead {
+    std::uint32_t bytes;
+    std::uint32_t valueUnits;
+    std::uint32_t headingUnits;
+    std::int64_t valueNumber;
+    RowSums sums;
+};
+
+void appendUnits(std::string& out, std::u16string_view text) {
+    out.append(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char16_t));
+}
+
+void takeUnits(std::string_view& in, std::uint32_t units, std::u16string& text) {
+    text.resize(units);
+    std::memcpy(text.data(), in.data(), units * sizeof(char16_t));
+    in.remove_prefix(units * sizeof(char16_t));
+}
+
+// The next row of what the writers made; false at its end.
+bool takeRow(std::string_view& in, MadeRow& row) {
+    MadeRowHead head;
+    if (in.size() < sizeof head) return false;
+    std::memcpy(&head, in.data(), sizeof head);
+    in.remove_prefix(sizeof head);
+    row.sums = head.sums;
+    row.value.number = head.valueNumber;
+    takeUnits(in, head.valueUnits, row.value.text);
+    takeUnits(in, head.headingUnits, row.heading);
+    row.bytes = in.substr(0, head.bytes);
+    in.remove_prefix(head.bytes);
+    return true;
+}
+
+// Makes the rows of the entries, one writer for each thread that makes them.
+class RowBytes final : public EntryBytes {
+  public:
+    explicit RowBytes(const ReportRequest& request)
+        : request_(request),
+          key_(request.layout.groupBy()),
+          table_(markup_, request),
+          code_(request.env.codePage) {}
+
+    void append(const TimeEntry& e, std::string& out) override {
+        text_.clear();
+        table_.row(markup_, e);
+        row_.clear();
+        code_.append(row_, text_);
+        GroupKey::Value value = key_.valueOf(e);
+        heading_.clear();
+        if (first_ || value != last_) heading_ = key_.heading(e, request_.env);
+        first_ = false;
+        const MadeRowHead head{
+            static_cast<std::uint32_t>(row_.size()),
+            static_cast<std::uint32_t>(value.text.size()),
+            static_cast<std::uint32_t>(heading_.size()),
+            value.number,
+            {EntryAmount(e, request_.env.settings), e.duration, e.billable, e.paid}};
+        out.append(reinterpret_cast<const char*>(&head), sizeof head);
+        appendUnits(out, value.text);
+        appendUnits(out, heading_);
+        out.append(row_);
+        last_ = std::move(value);
+    }
+
+  private:
+    const ReportRequest& request_;
+    GroupKey key_;
+    std::u16string text_;
+    MarkupWriter markup_{text_, u" />"};
+    TableWriter table_;
+    CodePageText code_;
+    std::string row_;
+    std::u16string heading_;
+    bool first_ = true;
+    GroupKey::Value last_;  // the key of the row made before
+};
+
 // The walk comes in date order; groups of another key are kept aside, each
 // row already written in the code page with what its sums need, in memory up
 // to a bound and beyond it in a temporary file, and then written group by
@@ -220,19 +324,15 @@ class GroupSpool {
     GroupSpool(const GroupSpool&) = delete;
     GroupSpool& operator=(const GroupSpool&) = delete;
 
-    // Keeps the row of `e`; false when the temporary file fails.
-    bool add(const TimeEntry& e, const ReportRequest& request, double amount,
-             std::string_view bytes) {
-        auto [it, added] = groups_.try_emplace(key_.valueOf(e));
+    // Keeps a row; false when the temporary file fails.
+    bool add(const MadeRow& made) {
+        auto [it, added] = groups_.try_emplace(made.value);
         Group& g = it->second;
-        if (added) g.heading = key_.heading(e, request.env);
-        Row row{static_cast<std::uint32_t>(bytes.size()),
-
-                amount, e.duration, e.billable, e.paid};
-        const char* raw = reinterpret_cast<const char*>(&row);
-        g.pending.append(raw, sizeof row);
-        g.pending.append(bytes);
-        held_ += sizeof row + bytes.size();
+        if (added) g.heading = made.heading;
+        const Row row{static_cast<std::uint32_t>(made.bytes.size()), made.sums};
+        g.pending.append(reinterpret_cast<const char*>(&row), sizeof row);
+        g.pending.append(made.bytes);
+        held_ += sizeof row + made.bytes.size();
         return held_ < kHeldBytes || spillAll();
     }
 
@@ -262,10 +362,7 @@ class GroupSpool {
   private:
     struct Row {
         std::uint32_t bytes;
-        double amount;
-        std::uint16_t duration;
-        bool billable;
-        bool paid;
+        RowSums sums;
     };
     struct Group {
         std::u16string heading;
@@ -295,9 +392,7 @@ class GroupSpool {
             rows.remove_prefix(sizeof row);
             file.writeRaw(rows.data(), row.bytes);
             rows.remove_prefix(row.bytes);
-            sums.hours += row.duration * 0.01;
-            sums.amount += row.amount;
-            footer.add(row.billable, row.paid, row.duration, row.amount);
+            addRow(row.sums, sums, footer);
         }
     }
 
@@ -310,68 +405,46 @@ class GroupSpool {
 // Writes the tables of the entries the walk gives, in date order.
 bool writeTables(PageOut& page, const ReportRequest& request, EntryTable& entries,
                  FooterSums& footer) {
-    const EntryFilter& criteria = *request.criteria;
     TableWriter table(page.markup, request);
-    Sums sums;
-    if (request.layout.type() != kGroupedReport) {
-        table.open();
-        long rows = 0;
-        walkMatching(entries, criteria, [&](const TimeEntry& e) {
-            const double amount = EntryAmount(e, request.env.settings);
-            table.row(page.markup, e);
-            sums.hours += e.duration * 0.01;
-            sums.amount += amount;
-            footer.add(e.billable, e.paid, e.duration, amount);
-            ++rows;
-            page.drainIfFull();
-            return page.file().ok();
-        });
-        if (rows > 0) table.total(sums);
-        table.close();
-        return true;
-    }
     GroupKey key(request.layout.groupBy());
-    bool open = false;
-    if (key.keepsDateOrder()) {
-        walkMatching(entries, criteria, [&](const TimeEntry& e) {
-            if (key.startsGroup(e)) {
-                if (open) {
-                    table.total(sums);
-                    table.close();
+    const bool grouped = request.layout.type() == kGroupedReport;
+    const bool spooled = grouped && !key.keepsDateOrder();
+    GroupSpool spool(key, page.file().fileName());
+    bool spoolOk = true;
+    bool open = !grouped;  // a table without groups is there even without rows
+    if (open) table.open();
+    long rows = 0;
+    Sums sums;
+    MadeRow row;
+    writeMatching(
+        entries, *request.criteria, [&request] { return std::make_unique<RowBytes>(request); },
+        [&](std::string_view made) {
+            while (takeRow(made, row)) {
+                if (spooled) {
+                    if (!(spoolOk = spool.add(row))) return false;
+                    continue;
                 }
-                groupHeading(page.markup, request, key.heading(e, request.env));
-                table.open();
-                open = true;
-                sums = Sums();
+                if (grouped && key.startsGroup(row.value)) {
+                    if (open) {
+                        table.total(sums);
+                        table.close();
+                    }
+                    groupHeading(page.markup, request, row.heading);
+                    table.open();
+                    open = true;
+                    sums = Sums();
+                }
+                page.drain();
+                page.file().writeRaw(row.bytes.data(), row.bytes.size());
+                addRow(row.sums, sums, footer);
+                ++rows;
             }
-            const double amount = EntryAmount(e, request.env.settings);
-            table.row(page.markup, e);
-            sums.hours += e.duration * 0.01;
-            sums.amount += amount;
-            footer.add(e.billable, e.paid, e.duration, amount);
-            page.drainIfFull();
             return page.file().ok();
         });
-        if (open) {
-            table.total(sums);
-            table.close();
-        }
-        return true;
-    }
-    GroupSpool spool(key, page.file().fileName());
-    std::u16string rowText;
-    MarkupWriter rowOut(rowText, u" />");
-    std::string bytes;
-    bool ok = true;
-    walkMatching(entries, criteria, [&](const TimeEntry& e) {
-        rowText.clear();
-        table.row(rowOut, e);
-        bytes.clear();
-        page.file().appendConverted(bytes, rowText);
-        ok = spool.add(e, request, EntryAmount(e, request.env.settings), bytes);
-        return ok;
-    });
-    return ok && spool.write(page, table, request, footer);
+    if (spooled) return spoolOk && spool.write(page, table, request, footer);
+    if (open && (grouped || rows > 0)) table.total(sums);
+    if (open) table.close();
+    return true;
 }
 
 }  // namespace
