@@ -83,7 +83,15 @@ bool GroupKey::startsGroup(Value v) {
 
 std::u16string GroupKey::heading(const TimeEntry& entry, const ExportSettings& env) const {
     if (field_ < 0) return {};
-    return reportFieldTitle(field_, env.settings) + u": " + reportCellText(field_, entry, env);
+    return heading(entry, env, EntryPictures(env.locale));
+}
+
+std::u16string GroupKey::heading(const TimeEntry& entry, const ExportSettings& env,
+                                 const EntryPictures& pictures) const {
+    if (field_ < 0) return {};
+    std::u16string text = reportFieldTitle(field_, env.settings) + u": ";
+    appendReportCell(field_, entry, env, pictures, text);
+    return text;
 }
 
 }  // namespace qb

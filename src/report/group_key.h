@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "export/entry_pictures.h"
 #include "export/export_settings.h"
 
 namespace qb {
@@ -28,6 +29,10 @@ class GroupKey {
     bool startsGroup(const TimeEntry& entry);
     // "Client: Acme"; empty when there is no field to group by.
     std::u16string heading(const TimeEntry& entry, const ExportSettings& env) const;
+    // The same with the pictures of the locale read already, for a writer
+    // of many headings.
+    std::u16string heading(const TimeEntry& entry, const ExportSettings& env,
+                           const EntryPictures& pictures) const;
 
     // The key of an entry; groups follow each other in the order of their
     // keys, and entries of one key keep their order.

@@ -276,6 +276,7 @@ class RowBytes final : public EntryBytes {
         : request_(request),
           key_(request.layout.groupBy()),
           table_(markup_, request),
+          pictures_(request.env.locale),
           code_(request.env.codePage) {}
 
     void append(const TimeEntry& e, std::string& out) override {
@@ -285,7 +286,7 @@ class RowBytes final : public EntryBytes {
         code_.append(row_, text_);
         GroupKey::Value value = key_.valueOf(e);
         heading_.clear();
-        if (first_ || value != last_) heading_ = key_.heading(e, request_.env);
+        if (first_ || value != last_) heading_ = key_.heading(e, request_.env, pictures_);
         first_ = false;
         const MadeRowHead head{
             static_cast<std::uint32_t>(row_.size()),
@@ -306,6 +307,7 @@ class RowBytes final : public EntryBytes {
     std::u16string text_;
     MarkupWriter markup_{text_, u" />"};
     TableWriter table_;
+    EntryPictures pictures_;
     CodePageText code_;
     std::string row_;
     std::u16string heading_;
