@@ -322,7 +322,7 @@ class RowBytes final : public EntryBytes {
 class GroupSpool {
   public:
     // The rows that do not stay in memory go to a scratch file beside `target`.
-    GroupSpool(const GroupKey& key, const std::string& target) : key_(key), spill_(target) {}
+    explicit GroupSpool(const std::string& target) : spill_(target) {}
     GroupSpool(const GroupSpool&) = delete;
     GroupSpool& operator=(const GroupSpool&) = delete;
 
@@ -398,7 +398,6 @@ class GroupSpool {
         }
     }
 
-    const GroupKey& key_;
     std::map<GroupKey::Value, Group> groups_;
     std::size_t held_ = 0;
     FileWriter spill_;
@@ -411,7 +410,7 @@ bool writeTables(PageOut& page, const ReportRequest& request, EntryTable& entrie
     GroupKey key(request.layout.groupBy());
     const bool grouped = request.layout.type() == kGroupedReport;
     const bool spooled = grouped && !key.keepsDateOrder();
-    GroupSpool spool(key, page.file().fileName());
+    GroupSpool spool(page.file().fileName());
     bool spoolOk = true;
     bool open = !grouped;  // a table without groups is there even without rows
     if (open) table.open();
