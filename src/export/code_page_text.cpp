@@ -2,6 +2,10 @@
 
 #include <cstring>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 #include "platform/text.h"
 
 namespace qb {
@@ -40,22 +44,38 @@ bool convertsUnitsApart(const std::string& codePage) {
     return true;
 }
 
+constexpr std::size_t kBlock = 16;
+
+#if defined(__SSE2__)
+// Narrows a block of units into `to` when all of them are ASCII.
+bool narrowBlock(const char16_t* from, char* to) {
+    const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
+    const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + 8));
+    const __m128i beyond = _mm_and_si128(_mm_or_si128(low, high), _mm_set1_epi16(-0x80));
+    if (_mm_movemask_epi8(_mm_cmpeq_epi16(beyond, _mm_setzero_si128())) != 0xFFFF) return false;
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to), _mm_packus_epi16(low, high));
+    return true;
+}
+#else
+bool narrowBlock(const char16_t* from, char* to) {
+    char16_t any = 0;
+    for (std::size_t k = 0; k < kBlock; ++k) {
+        any |= from[k];
+        to[k] = static_cast<char>(from[k]);
+    }
+    return any < 0x80;
+}
+#endif
+
 // Appends the ASCII units at the start of `text`; answers how many. Most
 // of an export is ASCII, so units are tested and narrowed in blocks, through
 // a buffer of the stack (growing `out` first would fill it with zeros).
 std::size_t appendAscii(std::string& out, std::u16string_view text) {
-    constexpr std::size_t kBlock = 16;
     char narrow[16 * kBlock];
     std::size_t held = 0;
     const char16_t* in = text.data();
     std::size_t n = 0;
-    for (; n + kBlock <= text.size(); n += kBlock) {
-        char16_t any = 0;
-        for (std::size_t k = 0; k < kBlock; ++k) {
-            any |= in[n + k];
-            narrow[held + k] = static_cast<char>(in[n + k]);
-        }
-        if (any >= 0x80) break;
+    for (; n + kBlock <= text.size() && narrowBlock(in + n, narrow + held); n += kBlock) {
         held += kBlock;
         if (held == sizeof narrow) {
             out.append(narrow, held);

@@ -51,6 +51,22 @@ TEST(ExportFile, ConvertedTextNeverHoldsNulNorLosesItsEnd) {
     }
 }
 
+// ASCII is narrowed sixteen units at a time: a character beyond ASCII at any
+// place of a block, or just past one, must still reach the code page, and
+// U+007F and U+0080 lie on either side of the test.
+TEST(ExportFile, TextBeyondAsciiAnywhereInABlockIsConverted) {
+    TempDir dir;
+    for (char16_t other : {u'\u0080', u'\u00e9', u'\u0100', u'\u20ac', u'\u007f'}) {
+        for (std::size_t at = 0; at < 40; ++at) {
+            std::u16string text(40, u'a');
+            text[at] = other;
+            std::string appended;
+            ExportFile(dir.file("u"), "CP1252").appendConverted(appended, text);
+            EXPECT_EQ(appended, toAnsi(text, "CP1252")) << "at " << at;
+        }
+    }
+}
+
 // Non-ASCII characters are converted once each and then copied; the bytes
 // must stay those of converting each run whole, in code pages with shift
 // states (ISO-2022-JP) too.
