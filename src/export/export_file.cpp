@@ -39,7 +39,7 @@ bool ExportFile::writeConverted(std::u16string_view text) {
         std::size_t take = std::min(text.size(), kConvertChunk);
         if (take < text.size() && isHighSurrogate(text[take - 1])) --take;
         scratch_.clear();
-        appendConverted(scratch_, text.substr(0, take));
+        text_.append(scratch_, text.substr(0, take));
         text.remove_prefix(take);
         out_.write(scratch_);
     }

@@ -30,11 +30,8 @@ class ExportFile {
     bool writeNarrow(std::string_view bytes) { return writeRaw(bytes.data(), bytes.size()); }
     // UTF-16LE, two bytes per code unit.
     bool writeWide(std::u16string_view text);
-    // Text in the code page, as described above.
+    // Text in the code page (see CodePageText).
     bool writeConverted(std::u16string_view text);
-    // Appends the bytes writeConverted writes for `text` to `out`, so that
-    // many short texts can go to the file in one write.
-    void appendConverted(std::string& out, std::u16string_view text) { text_.append(out, text); }
 
     // Puts the complete file in place; false (see error()) when any write
     // failed on the way or the file cannot be put there.

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "export/code_page_text.h"
 #include "platform/text.h"
 #include "testing/test_support.h"
 
@@ -46,7 +47,7 @@ TEST(ExportFile, ConvertedTextNeverHoldsNulNorLosesItsEnd) {
     for (const auto& c : kConverted) {
         EXPECT_EQ(written(dir.file("t"), c.codePage, c.text), c.bytes) << c.codePage;
         std::string appended = "<";
-        ExportFile(dir.file("u"), c.codePage).appendConverted(appended, c.text);
+        CodePageText(c.codePage).append(appended, c.text);
         EXPECT_EQ(appended, "<" + c.bytes) << c.codePage;
     }
 }
@@ -61,7 +62,7 @@ TEST(ExportFile, TextBeyondAsciiAnywhereInABlockIsConverted) {
             std::u16string text(40, u'a');
             text[at] = other;
             std::string appended;
-            ExportFile(dir.file("u"), "CP1252").appendConverted(appended, text);
+            CodePageText("CP1252").append(appended, text);
             EXPECT_EQ(appended, toAnsi(text, "CP1252")) << "at " << at;
         }
     }
@@ -84,10 +85,10 @@ TEST(ExportFile, CharactersLearntOnceWriteWhatWholeRunsWrite) {
             expected += toAnsi(std::u16string_view(text).substr(i, j - i), codePage);
             i = j;
         }
-        ExportFile file(dir.file("u"), codePage);
+        CodePageText converter(codePage);
         std::string appended;
-        file.appendConverted(appended, text);
-        file.appendConverted(appended, text);  // the second time from what was learnt
+        converter.append(appended, text);
+        converter.append(appended, text);  // the second time from what was learnt
         EXPECT_EQ(appended, expected + expected) << codePage;
     }
 }
