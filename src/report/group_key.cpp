@@ -70,20 +70,11 @@ void GroupKey::sort(std::vector<TimeEntry>& entries) const {
     entries = std::move(sorted);
 }
 
-bool GroupKey::startsGroup(const TimeEntry& entry) {
-    return startsGroup(valueOf(entry));
-}
-
 bool GroupKey::startsGroup(Value v) {
     if (started_ && v == current_) return false;
     started_ = true;
     current_ = std::move(v);
     return true;
-}
-
-std::u16string GroupKey::heading(const TimeEntry& entry, const ExportSettings& env) const {
-    if (field_ < 0) return {};
-    return heading(entry, env, EntryPictures(env.locale));
 }
 
 std::u16string GroupKey::heading(const TimeEntry& entry, const ExportSettings& env,

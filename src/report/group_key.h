@@ -24,13 +24,8 @@ class GroupKey {
     bool keepsDateOrder() const;
     // Stable order of `entries` by the key.
     void sort(std::vector<TimeEntry>& entries) const;
-    // True for the first entry and whenever the key differs from the last
-    // entry asked about.
-    bool startsGroup(const TimeEntry& entry);
-    // "Client: Acme"; empty when there is no field to group by.
-    std::u16string heading(const TimeEntry& entry, const ExportSettings& env) const;
-    // The same with the pictures of the locale read already, for a writer
-    // of many headings.
+    // "Client: Acme"; empty when there is no field to group by. `pictures`
+    // are the locale's, read once by a writer of many headings.
     std::u16string heading(const TimeEntry& entry, const ExportSettings& env,
                            const EntryPictures& pictures) const;
 
@@ -42,7 +37,8 @@ class GroupKey {
         auto operator<=>(const Value&) const = default;
     };
     Value valueOf(const TimeEntry& entry) const;
-    // startsGroup for an entry's key.
+    // True for the first key and whenever the key differs from the last one
+    // asked about.
     bool startsGroup(Value value);
 
   private:

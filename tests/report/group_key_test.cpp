@@ -19,9 +19,10 @@ std::vector<std::u16string> headings(std::uint32_t groupBy, std::vector<TimeEntr
     env.settings = defaultSettings();
     GroupKey key(groupBy);
     key.sort(entries);
+    const EntryPictures pictures(env.locale);
     std::vector<std::u16string> result;
     for (const TimeEntry& e : entries) {
-        if (key.startsGroup(e)) result.push_back(key.heading(e, env));
+        if (key.startsGroup(key.valueOf(e))) result.push_back(key.heading(e, env, pictures));
     }
     return result;
 }
